@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "monitor/RAIDMonitorClient.h"
+#include "platform/pelago/Logger.h"
+
+namespace Program {
+
+// What a command hears from its session, besides what any client of the monitor hears. The base
+// versions do nothing: a command that only wants the state at the end passes one of these.
+class SessionObserver : public RAIDMonitoring::RAIDMonitorClient {
+ public:
+  // Before the monitor hears of the device.
+  virtual void deviceAppeared(std::uint64_t) {}
+  virtual void deviceDisappeared(std::uint64_t) {}
+
+  virtual void logged(Pelago::Logger::Level, const std::string& /*category*/,
+                      const std::string& /*text*/) {}
+
+  void RAIDAppeared(RAIDMonitoring::RAIDVolume*) override {}
+  void RAIDDisappeared(RAIDMonitoring::RAIDVolume*) override {}
+  void RAIDUpdated(RAIDMonitoring::RAIDVolume*) override {}
+};
+
+}  // namespace Program

@@ -1,0 +1,7 @@
+#include "application/Source.h"
+
+namespace Program {
+
+Source::~Source() = default;
+
+}  // namespace Program

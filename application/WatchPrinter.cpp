@@ -1,0 +1,7 @@
+#include "application/WatchPrinter.h"
+
+namespace Program {
+
+WatchPrinter::~WatchPrinter() = default;
+
+}  // namespace Program

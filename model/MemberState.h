@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace RAIDMonitoring {
+
+// What a member disk is known to be in. The numbers are part of the binary interface.
+enum MemberState : std::int32_t {
+  MemberNotFound = -2,  // its registry entry was not found
+  MemberUnknown = -1,   // no known status has been read yet
+  MemberOffline = 0,
+  MemberStandby = 1,
+  MemberOnline = 2,
+  MemberFailed = 3,
+};
+
+// Stores in `state` what a member's status text means; a text that is none of the four leaves it
+// alone.
+void readMemberState(const std::string& status, MemberState& state);
+
+}  // namespace RAIDMonitoring

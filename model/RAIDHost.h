@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "RAIDMonitoringExport.h"
+#include "platform/pelago/Device.h"
+#include "platform/pelago/Object.h"
+
+namespace RAIDMonitoring {
+
+class RAIDMember;
+class RAIDVolume;
+
+// A device that contains RAID volumes: who made it, and which volumes are on it at the moment.
+//
+// Ownership: the monitor keeps one reference on a host from its device's arrival to its departure;
+//            the host keeps one on every volume that is filed with it.
+// Thread:    the event thread only; nothing here locks.
+// Failure:   nothing here fails or logs. A null volume is not expected by any operation.
+//
+// The order of the virtual operations is part of the binary interface.
+class RAIDMONITORING_EXPORT RAIDHost : public Pelago::Object {
+ public:
+  // Kept on purpose: volumes that are still filed do not get their reference back, so they outlive
+  // the host.
+  ~RAIDHost() override;
+
+  // In which bay of the enclosure a member's disk sits, counted from 1; -1 when that is not known.
+  // With `inferSlot`, a host may conclude it from the other members. The base version answers -1.
+  virtual int locationOfMember(RAIDMember* member, bool inferSlot);
+
+  // `slot` when a disk sits in that bay, else the bay of the disk looked at last, else -1. The base
+  // version answers -1.
+  virtual int locationOfNotMember(int slot);
+
+  // Whether the host stands for this discovered device.
+  virtual bool matchesDevice(const Pelago::Device& device) = 0;
+
+  // Looks at the device again and brings its volumes up to date.
+  virtual void refresh() = 0;
+
+  // Files the volume under its UUID and takes a reference on it. A UUID that is filed already keeps
+  // the volume it has, and nothing is taken.
+  virtual void addRAIDVolume(RAIDVolume* volume);
+
+  // Unfiles whatever volume is filed under this one's UUID, and gives one reference of the given
+  // volume back: always, whether it was the one on file, another or none.
+  virtual void removeRAIDVolume(RAIDVolume* volume);
+
+  // The filed volumes in ascending order of their UUIDs. No references are taken: the pointers last
+  // as long as the host keeps the volumes filed.
+  std::vector<RAIDVolume*> raidVolumes() const;
+
+  // Who made the device, as it says itself. "invalid", 0 and -1 until that has been read.
+  const std::string& modelName() const { return _modelName; }
+  std::uint64_t modelID() const { return _modelID; }
+  const std::string& vendorName() const { return _vendorName; }
+  std::uint64_t vendorID() const { return _vendorID; }
+  // 0 once the four values above have been read, else -1.
+  std::int32_t deviceStatus() const { return _deviceStatus; }
+  // How many disks the enclosure takes; 0 when the model is not known.
+  std::uint8_t bayCount() const { return _bayCount; }
+
+  // Two plain questions that the layer answers which knows the kinds of host
+  // (thunderbolt/HostQuestions.cpp): the registry path beneath which this host's sets live, empty
+  // until the host has found it, and the 64-bit identifier of its device.
+  const std::string& pciBridgePath() const;
+  std::uint64_t deviceID() const;
+
+ protected:
+  RAIDHost();
+
+  std::string _modelName;
+  std::uint64_t _modelID;
+  std::string _vendorName;
+  std::uint64_t _vendorID;
+  std::int32_t _deviceStatus;
+  std::uint8_t _bayCount;
+  std::map<std::string, RAIDVolume*> _volumes;  // by UUID, byte-wise; one reference per entry
+};
+
+}  // namespace RAIDMonitoring

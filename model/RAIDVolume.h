@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "RAIDMonitoringExport.h"
+#include "model/RAIDLevel.h"
+#include "model/RAIDVolumeState.h"
+#include "platform/pelago/Object.h"
+#include "platform/pelago/Reference.h"
+#include "platform/registry/Registry.h"
+
+namespace RAIDMonitoring {
+
+class AppleRAIDMember;
+class RAIDHost;
+class RAIDMember;
+
+// One software-RAID set found beneath a host. It knows itself by the set's UUID and finds its
+// registry entry again, by that UUID, every time it is refreshed.
+//
+// Ownership: the host keeps one reference while the volume is filed, the monitor one while it is
+//            announced; the volume keeps one on every member. The way back to the host keeps none:
+//            a volume may outlive its host.
+// Thread:    the event thread only; nothing here locks.
+// Failure:   a set that has left the registry reads as VolumeFailed and keeps everything else;
+//            failures are logged, nothing throws on purpose.
+class RAIDMONITORING_EXPORT RAIDVolume : public Pelago::Object {
+ public:
+  // Reads the set at once.
+  RAIDVolume(RAIDHost* host, std::string uuid);
+  ~RAIDVolume() override;
+
+  // Volumes lie in memory in the order of their making (AscendingStorage.h).
+  static void* operator new(std::size_t size);
+  static void operator delete(void* memory) noexcept;
+
+  // Finds the entry again, reads its properties and brings the members up to date.
+  void refresh();
+
+  // The members in ascending order of their UUIDs. No references are taken.
+  std::vector<RAIDMember*> members() const;
+
+  const std::string& uuid() const { return _uuid; }
+  const std::string& name() const { return _name; }
+  RAIDLevel level() const { return _level; }
+  RAIDVolumeState state() const { return _state; }
+  RAIDHost* host() const { return _host; }
+
+  // For the refresh cycle and the search for sets, which mark sets that span devices. Storing
+  // VolumeUnknown makes the monitor withdraw the volume and give back a reference: do that only
+  // with a reference of your own on it.
+  void setState(RAIDVolumeState state) { _state = state; }
+
+  // The UUID of the set that an entry stands for; empty when it has none.
+  static std::string UUIDFromEntry(io_registry_entry_t entry);
+
+  // The set's entry, with one reference for the caller, or 0.
+  io_registry_entry_t entryFromUUID() const;
+
+  void readProperties(io_registry_entry_t entry);
+
+  // One member per UUID that the entry lists, in its order, each with one reference for the caller.
+  // Members that are filed already are refreshed; new ones are made, and not filed.
+  std::vector<RAIDMember*> findMembers(io_registry_entry_t entry);
+
+  // Files the member and takes a reference on it, unless its UUID is filed already.
+  void addRAIDMember(RAIDMember* member);
+
+  // Unfiles what is filed under the member's UUID and gives the member's reference back, if
+  // anything is filed there.
+  void removeRAIDMember(RAIDMember* member);
+
+ private:
+  bool liesOutsideBridge(const AppleRAIDMember& member) const;
+  Pelago::Reference<RAIDMember> findMember(const std::string& uuid);
+  std::vector<Pelago::Reference<RAIDMember>> holdMembers(io_registry_entry_t entry);
+  void reconcile(std::vector<Pelago::Reference<RAIDMember>> found);
+  void removeAllMembers();
+
+  std::string _uuid;
+  std::string _name;
+  RAIDLevel _level;
+  RAIDVolumeState _state;
+  RAIDHost* _host;
+  std::map<std::string, RAIDMember*> _membersByUUID;  // byte-wise; one reference per entry
+};
+
+}  // namespace RAIDMonitoring

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace RAIDMonitoring {
+
+// What a volume is known to be in. The numbers are part of the binary interface.
+enum RAIDVolumeState : std::int32_t {
+  VolumeCrossDevice = -2,  // not wholly inside this host's device
+  VolumeUnknown = -1,      // never stored by the library; a volume in this state counts as absent
+  VolumeFailed = 0,        // also: its registry entry can't be found
+  VolumeTerminating = 1,
+  VolumeInitializing = 2,  // also: no known status has been read yet
+  VolumeOnline = 3,
+  VolumeDegraded = 4,
+  VolumeOffline = 5,
+};
+
+// Stores in `state` what a set's status text means; a text that is none of the six leaves it alone.
+void readVolumeState(const std::string& status, RAIDVolumeState& state);
+
+}  // namespace RAIDMonitoring

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "monitor/RAIDMonitor.h"
+#include "platform/pelago/Timer.h"
+
+namespace RAIDMonitoring {
+
+// Has a monitor refresh at every expiry.
+// Ownership: the monitor's, which is not the timer's own.
+class RAIDMonitor::UpdateTimer : public Pelago::Timer {
+ public:
+  explicit UpdateTimer(RAIDMonitor* monitor);
+  ~UpdateTimer() override;
+
+  void timeout() override;
+
+ private:
+  RAIDMonitor* _monitor;
+};
+
+}  // namespace RAIDMonitoring

@@ -1,0 +1,7 @@
+#include "platform/pelago/Clock.h"
+
+namespace Pelago {
+
+Clock::~Clock() = default;
+
+}  // namespace Pelago

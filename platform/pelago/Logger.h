@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/pelago/PelagoExport.h"
+
+#if defined(__GNUC__)
+#define PELAGO_PRINTF(text, first) __attribute__((format(printf, text, first)))
+#else
+#define PELAGO_PRINTF(text, first)
+#endif
+
+namespace Pelago {
+
+// Where diagnostics go. A line has a level, a category and a text, made with the C library's
+// formatted print.
+//
+// Ownership: process-wide; the sink is copied in.
+// Thread:    the event thread only.
+// Failure:   a text that can't be formatted is logged as its bare format.
+class PELAGO_EXPORT Logger {
+ public:
+  enum class Level { Message, Debug, Info };
+  using Sink =
+      std::function<void(Level level, const std::string& category, const std::string& text)>;
+
+  // Ordinary diagnostics, above all failures.
+  static void Message(const char* category, const char* format, ...) PELAGO_PRINTF(2, 3);
+  // Progress.
+  static void Debug(const char* category, const char* format, ...) PELAGO_PRINTF(2, 3);
+  // What somebody who watches wants to know.
+  static void Info(const char* category, const char* format, ...) PELAGO_PRINTF(2, 3);
+
+  // Replaces the sink; an empty one restores the default, which writes
+  // "LEVEL [CATEGORY] TEXT" lines to standard error.
+  static void setSink(Sink sink);
+};
+
+// "message", "debug", "info".
+PELAGO_EXPORT const char* nameOf(Logger::Level level);
+
+}  // namespace Pelago

@@ -1,0 +1,85 @@
+#include "platform/registry/memory/HandleTable.h"
+
+#include <algorithm>
+#include <new>
+
+namespace MemoryRegistry {
+
+namespace {
+
+Handle numberOf(std::uint32_t place, const Slot& slot) {
+  return Handle{slot.generation} << HandleTable::PlaceBits | place;
+}
+
+std::uint8_t generationAfter(std::uint8_t generation) {
+  return generation == UINT8_MAX ? std::uint8_t{1} : static_cast<std::uint8_t>(generation + 1U);
+}
+
+}  // namespace
+
+std::uint32_t HandleTable::take() {
+  if (_firstFree == NoPlace) {
+    if (_slots.size() >> PlaceBits != 0) throw std::bad_alloc();
+    Slot slot{};
+    slot.generation = 1;
+    _slots.push_back(slot);
+    return static_cast<std::uint32_t>(_slots.size() - 1U);
+  }
+  const std::uint32_t place = _firstFree;
+  _firstFree = _slots[place].nextFree;
+  --_free;
+  return place;
+}
+
+Handle HandleTable::open(Entry& entry) {
+  const std::uint32_t place = take();
+  Slot& slot = _slots[place];
+  slot.entry = &entry;
+  slot.references = 0;
+  slot.kind = Slot::Kind::Entry;
+  return numberOf(place, slot);
+}
+
+Handle HandleTable::open(RegistryIterator& iterator) {
+  const std::uint32_t place = take();
+  Slot& slot = _slots[place];
+  slot.iterator = &iterator;
+  slot.references = 0;
+  slot.kind = Slot::Kind::Iterator;
+  return numberOf(place, slot);
+}
+
+void HandleTable::retire(Handle handle, EntryID id) noexcept {
+  Slot& slot = at(handle);
+  if (slot.references == 0) {
+    close(handle);
+  } else {
+    slot.kind = Slot::Kind::Dead;
+    slot.deadID = id;
+  }
+}
+
+void HandleTable::close(Handle handle) noexcept {
+  Slot& slot = at(handle);
+  slot.generation = generationAfter(slot.generation);
+  slot.kind = Slot::Kind::Free;
+  slot.references = 0;
+  slot.nextFree = _firstFree;
+  _firstFree = placeOf(handle);
+  ++_free;
+}
+
+void HandleTable::closeAll() noexcept {
+  for (std::uint32_t place = 0; place < _slots.size(); ++place) {
+    if (_slots[place].kind != Slot::Kind::Free) close(numberOf(place, _slots[place]));
+  }
+}
+
+void HandleTable::reserve(std::size_t count) {
+  if (count <= _free) return;
+  const std::size_t needed = _slots.size() + count - _free;
+  if (needed > std::size_t{1} << PlaceBits) throw std::bad_alloc();
+  if (needed > _slots.capacity()) _slots.reserve(std::max(needed, 2 * _slots.capacity()));
+}
+
+}  // namespace MemoryRegistry

@@ -1,0 +1,81 @@
+#include "platform/registry/memory/CFObjects.h"
+#include "platform/registry/memory/RegistryPath.h"
+#include "platform/registry/memory/SeamSupport.h"
+
+using namespace MemoryRegistry;
+
+namespace {
+
+io_iterator_t openWalk(Graph& graph, Entry& start, IOOptionBits options) {
+  const bool up = (options & kIORegistryIterateParents) != 0;
+  return graph.openWalk(start, up ? Direction::Up : Direction::Down,
+                        (options & kIORegistryIterateRecursively) != 0);
+}
+
+}  // namespace
+
+kern_return_t IORegistryEntryCreateIterator(io_registry_entry_t entry, const char* plane,
+                                            IOOptionBits options, io_iterator_t* iterator) {
+  if (iterator == nullptr) trap("IORegistryEntryCreateIterator", "null for the result");
+  *iterator = 0;
+  if (const auto failure =
+          OperationLog::instance().enter(Operation::IORegistryEntryCreateIterator)) {
+    return resultOf(*failure);
+  }
+  Graph& graph = Graph::instance();
+  const EntryOrError start = entryFor(graph, entry);
+  if (start.entry == nullptr) return start.error;
+  if (!isServicePlane(plane)) return kIOReturnBadArgument;
+  *iterator = openWalk(graph, *start.entry, options);
+  return kIOReturnSuccess;
+}
+
+kern_return_t IORegistryCreateIterator(mach_port_t, const char* plane, IOOptionBits options,
+                                       io_iterator_t* iterator) {
+  if (iterator == nullptr) trap("IORegistryCreateIterator", "null for the result");
+  *iterator = 0;
+  if (const auto failure = OperationLog::instance().enter(Operation::IORegistryCreateIterator)) {
+    return resultOf(*failure);
+  }
+  if (!isServicePlane(plane)) return kIOReturnBadArgument;
+  Graph& graph = Graph::instance();
+  *iterator = openWalk(graph, graph.root(), options);
+  return kIOReturnSuccess;
+}
+
+kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const char* plane,
+                                              io_iterator_t* iterator) {
+  if (iterator == nullptr) trap("IORegistryEntryGetChildIterator", "null for the result");
+  *iterator = 0;
+  if (const auto failure =
+          OperationLog::instance().enter(Operation::IORegistryEntryGetChildIterator)) {
+    return resultOf(*failure);
+  }
+  Graph& graph = Graph::instance();
+  const EntryOrError start = entryFor(graph, entry);
+  if (start.entry == nullptr) return start.error;
+  // Unlike the walks, this one takes a plane that is unknown for one without links.
+  if (!isServicePlane(plane)) return kIOReturnSuccess;
+  *iterator = graph.openSnapshot(start.entry->children);
+  return kIOReturnSuccess;
+}
+
+io_object_t IOIteratorNext(io_iterator_t iterator) {
+  if (OperationLog::instance().enter(Operation::IOIteratorNext)) return 0;
+  Graph& graph = Graph::instance();
+  RegistryIterator* walk = iteratorFor(graph, iterator);
+  if (walk == nullptr) return 0;
+  const Entry* entry = walk->next();
+  return entry != nullptr ? graph.hold(*entry) : 0;
+}
+
+boolean_t IOIteratorIsValid(io_iterator_t iterator) {
+  if (OperationLog::instance().enter(Operation::IOIteratorIsValid)) return 0;
+  RegistryIterator* walk = iteratorFor(Graph::instance(), iterator);
+  return walk != nullptr && walk->isValid() ? 1 : 0;
+}
+
+void IOIteratorReset(io_iterator_t iterator) {
+  OperationLog::instance().count(Operation::IOIteratorReset);
+  if (RegistryIterator* walk = iteratorFor(Graph::instance(), iterator)) walk->reset();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/registry/memory/Graph.h"
+#include "platform/registry/memory/MemoryRegistrySeam.h"
+#include "platform/registry/memory/OperationLog.h"
+
+// What the operations of the seam have in common.
+
+namespace MemoryRegistry {
+
+// The entry that a handle stands for, or the error that an operation on the handle has.
+struct EntryOrError {
+  Entry* entry;
+  kern_return_t error;
+};
+
+inline EntryOrError entryFor(Graph& graph, io_object_t handle) {
+  const Slot* slot = graph.handles().held(handle);
+  if (slot == nullptr || slot->kind == Slot::Kind::Dead) return {nullptr, MACH_SEND_INVALID_DEST};
+  if (slot->kind == Slot::Kind::Iterator) return {nullptr, kIOReturnBadArgument};
+  return {slot->entry, kIOReturnSuccess};
+}
+
+// Null for everything but a living iterator.
+inline RegistryIterator* iteratorFor(Graph& graph, io_iterator_t handle) {
+  const Slot* slot = graph.handles().held(handle);
+  return slot != nullptr && slot->kind == Slot::Kind::Iterator ? slot->iterator : nullptr;
+}
+
+// What an operation returns that was told to fail, and whose handle is 0 either way.
+inline kern_return_t resultOf(Failure failure) {
+  return failure == Failure::NullSuccess ? kIOReturnSuccess : kIOReturnError;
+}
+
+}  // namespace MemoryRegistry

@@ -1,0 +1,62 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/archive/Support.h"
+
+using MemoryRegistry::ArchiveError;
+using MemoryRegistry::readArchive;
+
+namespace {
+
+std::string reasonAgainstFile(const std::string& file) {
+  try {
+    readArchive(file);
+  } catch (const ArchiveError& error) {
+    return error.what();
+  }
+  return {};
+}
+
+}  // namespace
+
+TEST(ArchiveFiles, AFileReadsAsItsTextDoes) {
+  const TemporaryFolder folder;
+  const std::string xml = archive(children(entry("2")));
+  EXPECT_TRUE(parse(xml) == readArchive(folder.write("x.plist", xml)));
+  EXPECT_TRUE(parse(xml) == readArchive(folder.write("b.plist", binaryTwin(xml))));
+}
+
+TEST(ArchiveFiles, AByteOrderMarkIsSkipped) {
+  EXPECT_EQ(1U, parse("\xEF\xBB\xBF" + archive()).entries.size());
+}
+
+TEST(ArchiveFiles, WhatCannotBeReadIsNamedWithTheReason) {
+  const TemporaryFolder folder;
+  const std::string missing = folder.path() + "/none.plist";
+  EXPECT_EQ(missing + ": cannot be read: No such file or directory", reasonAgainstFile(missing));
+  EXPECT_EQ(folder.path() + ": is a folder, not a file", reasonAgainstFile(folder.path()));
+  const std::string empty = folder.write("empty.plist", "");
+  EXPECT_EQ(empty + ": is empty", reasonAgainstFile(empty));
+  const std::string junk = folder.write("junk.plist", "junk");
+  EXPECT_EQ(junk + ": is not a property list", reasonAgainstFile(junk));
+}
+
+TEST(ArchiveFiles, APipeIsRefusedWithoutWaitingForAWriter) {
+  const TemporaryFolder folder;
+  const std::string pipe = folder.path() + "/pipe";
+  ASSERT_EQ(0, ::mkfifo(pipe.c_str(), 0600));
+  EXPECT_EQ(pipe + ": is not an ordinary file", reasonAgainstFile(pipe));
+}
+
+TEST(ArchiveFiles, AFileAbove512MiBIsRefusedUnread) {
+  const TemporaryFolder folder;
+  const std::string file = folder.write("large.plist", "x");
+  ASSERT_EQ(0, ::truncate(file.c_str(), (off_t{512} << 20) + 1));
+  EXPECT_EQ(file + ": is larger than 512 MiB", reasonAgainstFile(file));
+}
+
+TEST(ArchiveFiles, AnErrorIsOneLineWhateverTheFilesName) {
+  EXPECT_EQ("a?b?[31m: cannot be read: No such file or directory",
+            reasonAgainstFile("a\nb\x1B[31m"));
+}

@@ -1,0 +1,96 @@
+#include "platform/pelago/SteadyClock.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <chrono>
+
+#include "tests/pelago/Alarm.h"
+
+namespace PelagoTest {
+namespace {
+
+using Pelago::Clock;
+using Pelago::Milliseconds;
+using Pelago::SteadyClock;
+
+// Long enough for a clock that polls to show itself, short enough for a test.
+constexpr Milliseconds tinyWait = 20;
+
+TEST(SteadyClock, StartsAtZeroAndFollowsRealTime) {
+  const auto before = std::chrono::steady_clock::now();
+  const SteadyClock clock;
+  const Milliseconds present = clock.now();
+  const std::chrono::milliseconds shown(present);
+  EXPECT_LE(0, present);
+  EXPECT_LE(shown, std::chrono::steady_clock::now() - before);
+}
+
+TEST(SteadyClock, AMomentThatHasPassedIsNoWait) {
+  SteadyClock clock;
+  EXPECT_TRUE(clock.waitUntil(0));
+  EXPECT_TRUE(clock.waitUntil(-1000000));
+}
+
+TEST(SteadyClock, AWaitLastsUntilTheMomentAndSleeps) {
+  SteadyClock clock;
+  rusage before{};
+  ::getrusage(RUSAGE_SELF, &before);
+  const Milliseconds moment = clock.now() + tinyWait;
+  EXPECT_TRUE(clock.waitUntil(moment));
+  EXPECT_GE(clock.now(), moment);
+  rusage after{};
+  ::getrusage(RUSAGE_SELF, &after);
+  // Each waking would be one more voluntary switch.
+  EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5);
+}
+
+TEST(SteadyClock, AnInterruptEndsTheNextWait) {
+  SteadyClock clock;
+  clock.interrupt();
+  EXPECT_FALSE(clock.waitUntil(Clock::Never));
+  clock.interrupt();
+  clock.interrupt();
+  EXPECT_FALSE(clock.waitUntil(clock.now() + 1000000));
+  EXPECT_TRUE(clock.waitUntil(clock.now() + 1));
+}
+
+TEST(SteadyClock, AWaitBeyondWhatTheSystemCanCountEndsByAnInterrupt) {
+  SteadyClock clock;
+  clock.interrupt();
+  EXPECT_FALSE(clock.waitUntil(Clock::Never - 1));
+}
+
+// ---- Signals
+
+SteadyClock* sleeping = nullptr;
+volatile std::sig_atomic_t signals = 0;
+
+extern "C" void interruptAtTheThird(int /*signal*/) {
+  signals = signals + 1;
+  if (signals == 3) sleeping->interrupt();
+}
+
+extern "C" void countSignal(int /*signal*/) { signals = signals + 1; }
+
+TEST(SteadyClock, ASignalThatDoesNotInterruptTheClockDoesNotEndAWaitAndOneThatDoesEndsIt) {
+  SteadyClock clock;
+  sleeping = &clock;
+  signals = 0;
+  const Alarm alarm(interruptAtTheThird);
+  EXPECT_FALSE(clock.waitUntil(Clock::Never));
+  EXPECT_LE(3, signals);
+}
+
+TEST(SteadyClock, SignalsDoNotShortenAWait) {
+  SteadyClock clock;
+  signals = 0;
+  const Alarm alarm(countSignal);
+  const Milliseconds moment = clock.now() + tinyWait;
+  EXPECT_TRUE(clock.waitUntil(moment));
+  EXPECT_GE(clock.now(), moment);
+  EXPECT_LT(0, signals);
+}
+
+}  // namespace
+}  // namespace PelagoTest

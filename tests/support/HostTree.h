@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/registry/memory/MemoryRegistry.h"
+
+namespace TestSupport {
+
+using MemoryRegistry::EntryID;
+
+// A new last child of `parent`. With no name, it has its class's.
+EntryID addEntry(EntryID parent, const std::string& className, const std::string& name = "",
+                 const std::string& location = "", MemoryRegistry::Dictionary properties = {});
+
+// The same for an entry that is never registered, and so can't be matched.
+EntryID addUnregistered(EntryID parent, const std::string& className,
+                        MemoryRegistry::Dictionary properties = {});
+
+// A PCI bridge: an IOPCIDevice with the IOName of a bridge, and the driver beneath it, whose
+// children are what is behind the bridge. Returns the IOPCIDevice.
+EntryID addPCIBridge(EntryID parent, const std::string& name, const std::string& location);
+// The driver beneath a bridge made by addPCIBridge.
+EntryID behindBridge(EntryID bridge);
+
+// The computer without enclosures: PCI with a Thunderbolt controller that has four tunnels, and the
+// computer's own switch with a lane port for each.
+class HostTree {
+ public:
+  static constexpr unsigned Tunnels = 4;
+  static constexpr std::uint64_t OwnSwitchUID = 0x0001000000000001;
+
+  HostTree();
+
+  // Where the PCI side of an enclosure goes: the driver beneath the tunnel's bridge.
+  EntryID tunnel(unsigned index) const { return _tunnels[index]; }
+  // Where its Thunderbolt side goes.
+  EntryID lanePort(unsigned index) const { return _lanePorts[index]; }
+  EntryID ownSwitch() const { return _ownSwitch; }
+  // The PCI bridge above all others.
+  EntryID rootPort() const { return _rootPort; }
+
+ private:
+  EntryID addThunderbolt(EntryID controllerSlot);
+
+  EntryID _tunnels[Tunnels] = {};
+  EntryID _lanePorts[Tunnels] = {};
+  EntryID _ownSwitch = 0;
+  EntryID _rootPort = 0;
+};
+
+}  // namespace TestSupport
