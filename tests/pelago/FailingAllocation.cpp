@@ -11,15 +11,20 @@ int successesLeft = unlimited;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
-  if (successesLeft == 0) throw std::bad_alloc();
+void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept {
+  if (successesLeft == 0) return nullptr;
   if (successesLeft > 0) --successesLeft;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  return std::malloc(size == 0 ? 1 : size);
+}
+
+void* operator new(std::size_t size) {
+  if (void* memory = operator new(size, std::nothrow)) return memory;
   throw std::bad_alloc();
 }
 
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t& /*nothrow*/) noexcept { std::free(memory); }
 
 namespace PelagoTest {
 

@@ -1,5 +1,5 @@
-// Every recording in data/, watched by the real program and compared to the letter with the answers
-// that are kept for it in data/expected/.
+// Every recording in data/, and the archives of real machines there, watched by the real program
+// and compared to the letter with the answers that are kept in data/expected/.
 
 #include <gtest/gtest.h>
 
@@ -21,10 +21,19 @@ std::vector<std::string> recordings() {
   return names;
 }
 
+// Kept compressed, and unpacked while building.
+const std::string RealMachines[] = {"imac15,1-osx10.10.0.converted-archive",
+                                    "macmini6,2-osx10.8.2.converted-archive-i"};
+
+std::string placeOf(const std::string& name) {
+  const std::string unpacked = std::string(UNPACKED) + "/" + name + ".plist";
+  return std::filesystem::exists(unpacked) ? unpacked : recording(name);
+}
+
 class RecordingTest : public testing::TestWithParam<std::string> {
  protected:
   Result answer(Arguments arguments) const {
-    arguments.insert(arguments.begin() + 1, {"--registry", recording(GetParam())});
+    arguments.insert(arguments.begin() + 1, {"--registry", placeOf(GetParam())});
     return run(arguments);
   }
 
@@ -67,6 +76,17 @@ std::string testName(const testing::TestParamInfo<std::string>& recording) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Data, RecordingTest, testing::ValuesIn(recordings()), testName);
+INSTANTIATE_TEST_SUITE_P(RealMachine, RecordingTest, testing::ValuesIn(RealMachines), testName);
+
+TEST(SubtreeArchive, IsRefusedInOneLine) {
+  const std::string archive =
+      recording("applesilicon-macos26.6.2.ioreg-a-r-c-IOThunderboltSwitch-d1.plist");
+  const Result result = run({"watch", "--registry", archive, "--json"});
+  EXPECT_EQ("", result.out);
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(1U, linesOf(result.err).size()) << result.err;
+  EXPECT_NE(std::string::npos, result.err.find("array")) << result.err;
+}
 
 }  // namespace
 }  // namespace ProgramTest

@@ -81,7 +81,24 @@ TEST_F(ContentTest, AnIDThatVanishesAndComesBackIsANewEntry) {
   EXPECT_EQ(0U, MemoryRegistry::entryOf(before.get()));
   EXPECT_EQ(40U, MemoryRegistry::entryOf(after.get()));
   EXPECT_EQ(2U, MemoryRegistry::references(40));
-  EXPECT_EQ((std::vector<MemoryRegistry::KeptEntry>{{40, 2}}), MemoryRegistry::accounts().entries);
+}
+
+TEST_F(ContentTest, TheAccountsTellEntriesOfOneIDApartTheEndedOnesFirst) {
+  std::vector<io_object_t> held;
+  for (int life = 1; life <= 3; ++life) {
+    for (int reference = 0; reference < life; ++reference) {
+      held.push_back(MemoryRegistry::handle(40));
+    }
+    if (life == 3) break;
+    replaceContent(contentOf({{10, {}}, {20, {0}}}));
+    replaceContent(first);
+  }
+  EXPECT_EQ((std::vector<MemoryRegistry::KeptEntry>{{40, 1}, {40, 2}, {40, 3}}),
+            MemoryRegistry::accounts().entries);
+  EXPECT_EQ(6U, MemoryRegistry::references(40));
+  for (const io_object_t handle : held) {
+    IOObjectRelease(handle);
+  }
 }
 
 TEST_F(ContentTest, NamesClassesStatesAndPropertiesAreReplaced) {

@@ -56,6 +56,7 @@ void HandleTable::retire(Handle handle, EntryID id) noexcept {
   } else {
     slot.kind = Slot::Kind::Dead;
     slot.deadID = id;
+    slot.retirement = _retirements++;
   }
 }
 

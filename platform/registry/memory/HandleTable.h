@@ -29,6 +29,7 @@ struct alignas(32) Slot {
   std::uint64_t references;  // held by users
   std::uint8_t generation;
   Kind kind;
+  std::uint32_t retirement;  // of a dead name: which one it was, counted over all
 };
 
 // The numbers of entries and iterators: the slot's place in the lower 24 bits, above it the slot's
@@ -73,6 +74,7 @@ class HandleTable {
   std::vector<Slot> _slots;
   std::uint32_t _firstFree = NoPlace;
   std::size_t _free = 0;
+  std::uint32_t _retirements = 0;
 };
 
 }  // namespace MemoryRegistry

@@ -30,19 +30,12 @@ EntryID idOf(const Slot& slot) {
   return slot.kind == Slot::Kind::Entry ? slot.entry->id : slot.deadID;
 }
 
-// An ID that has vanished and come back has more than one slot, but one line in the accounts.
-std::vector<KeptEntry> summedByID(std::vector<KeptEntry> kept) {
-  std::sort(kept.begin(), kept.end(),
-            [](const KeptEntry& a, const KeptEntry& b) { return a.id < b.id; });
-  std::vector<KeptEntry> summed;
-  for (const KeptEntry& entry : kept) {
-    if (!summed.empty() && summed.back().id == entry.id) {
-      summed.back().references += entry.references;
-    } else {
-      summed.push_back(entry);
-    }
-  }
-  return summed;
+// By ID; where an ID has vanished and come back, the entries that bore it in the order of their ends,
+// the one that lives last.
+bool comesBefore(const Slot* a, const Slot* b) {
+  if (idOf(*a) != idOf(*b)) return idOf(*a) < idOf(*b);
+  if (a->kind != b->kind) return a->kind == Slot::Kind::Dead;
+  return a->retirement < b->retirement;
 }
 
 }  // namespace
@@ -125,13 +118,13 @@ EntryID entryOf(unsigned int handle) {
 
 Accounts accounts() {
   Accounts accounts;
+  std::vector<const Slot*> kept;
   for (const Slot& slot : graph().handles().slots()) {
     if (slot.kind == Slot::Kind::Iterator) ++accounts.iterators;
-    if (standsForEntry(slot) && slot.references != 0) {
-      accounts.entries.push_back({idOf(slot), slot.references});
-    }
+    if (standsForEntry(slot) && slot.references != 0) kept.push_back(&slot);
   }
-  accounts.entries = summedByID(std::move(accounts.entries));
+  std::sort(kept.begin(), kept.end(), comesBefore);
+  for (const Slot* slot : kept) accounts.entries.push_back({idOf(*slot), slot->references});
   accounts.values = liveValues();
   return accounts;
 }

@@ -79,13 +79,15 @@ inline bool operator==(const KeptEntry& a, const KeptEntry& b) {
 }
 
 struct Accounts {
-  std::vector<KeptEntry> entries;  // those with references, ascending by ID, terminated ones too
+  // Those with references, ascending by ID, terminated ones too. An ID that vanished and came back
+  // has stood for more than one entry: the ended ones come first, in the order of their ends.
+  std::vector<KeptEntry> entries;
   std::size_t iterators = 0;
   std::size_t values = 0;  // CoreFoundation objects that live, compile-time constants left out
 };
 
 MEMORYREGISTRY_EXPORT Accounts accounts();
-// References held by users on one entry, also after its termination.
+// References held by users on whatever has borne the ID, also after its termination.
 MEMORYREGISTRY_EXPORT std::uint64_t references(EntryID entry);
 
 // How often an operation of the seam was called since reset(), failed calls included.
