@@ -146,7 +146,10 @@ TEST_F(PathTest, LeadsToTheEntryItNames) {
       {"IOService:/Expert@0", 0},
       {"IOService:/Expert/PCI0@0/RP05@1C,4", port},
       {"IOService:/Expert/PCI0/RP05", port},
-      {"IOService:/Expert/@0", 0},
+      {"IOService:/Expert/@0", bridge},  // no name, the location alone
+      {"IOService:/Expert/@00/@1C,4", port},
+      {"IOService:/Expert/@1", 0},
+      {"IOService:/Expert/@", 0},
   };
   for (const auto& row : rows)
     EXPECT_EQ(row.entry, at(row.path)) << row.path;

@@ -65,9 +65,12 @@ bool sameLocation(std::string_view a, std::string_view b) {
 
 // What follows the component when it names the entry; null data when it does not.
 std::string_view restAfter(std::string_view path, const Entry& entry) {
-  const std::string_view name = entry.facts.name->text;
-  if (path.compare(0, name.size(), name) != 0) return {};
-  path.remove_prefix(name.size());
+  // A component that begins with its location names no name, and fits by the location alone.
+  if (path.empty() || path.front() != '@') {
+    const std::string_view name = entry.facts.name->text;
+    if (path.compare(0, name.size(), name) != 0) return {};
+    path.remove_prefix(name.size());
+  }
   if (path.empty() || path.front() == '/' || path.front() == ':') return path;
   if (path.front() != '@' || entry.facts.location == nullptr) return {};
   path.remove_prefix(1);
