@@ -51,7 +51,8 @@ class RAIDMONITORING_EXPORT RAIDHost : public Pelago::Object {
   virtual void removeRAIDVolume(RAIDVolume* volume);
 
   // The filed volumes in ascending order of their UUIDs. No references are taken: the pointers last
-  // as long as the host keeps the volumes filed.
+  // as long as the host keeps the volumes filed. Not for a host whose device has left: a set that
+  // was announced through another host may be on file there still, and have ended.
   std::vector<RAIDVolume*> raidVolumes() const;
 
   // Who made the device, as it says itself. "invalid", 0 and -1 until that has been read.

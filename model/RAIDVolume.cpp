@@ -91,6 +91,10 @@ io_registry_entry_t RAIDVolume::entryFromUUID() const {
 
 void RAIDVolume::readProperties(io_registry_entry_t entry) {
   _uuid = UUIDFromEntry(entry);
+  readDescription(entry);
+}
+
+void RAIDVolume::readDescription(io_registry_entry_t entry) {
   _name = IOKitUtilities::GetServiceStringProperty(entry, kRAIDSetNameKey);
   readVolumeState(IOKitUtilities::GetServiceStringProperty(entry, kRAIDSetStatusKey), _state);
   readRAIDLevel(IOKitUtilities::GetServiceStringProperty(entry, kRAIDLevelNameKey), _level);
@@ -168,7 +172,11 @@ void RAIDVolume::refresh() {
     _state = VolumeFailed;
     return;
   }
-  readProperties(entry.get());
+  // Read with the other properties, and not stored: the set was found by its UUID. If it leaves
+  // meanwhile, nothing is read; without its UUID the volume would be filed, announced and withdrawn
+  // as another.
+  static_cast<void>(UUIDFromEntry(entry.get()));
+  readDescription(entry.get());
   auto found = holdMembers(entry.get());
   entry.reset();
   reconcile(std::move(found));

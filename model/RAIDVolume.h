@@ -60,6 +60,7 @@ class RAIDMONITORING_EXPORT RAIDVolume : public Pelago::Object {
   // The set's entry, with one reference for the caller, or 0.
   io_registry_entry_t entryFromUUID() const;
 
+  // All that the entry says, the UUID included.
   void readProperties(io_registry_entry_t entry);
 
   // One member per UUID that the entry lists, in its order, each with one reference for the caller.
@@ -74,6 +75,7 @@ class RAIDMONITORING_EXPORT RAIDVolume : public Pelago::Object {
   void removeRAIDMember(RAIDMember* member);
 
  private:
+  void readDescription(io_registry_entry_t entry);
   bool liesOutsideBridge(const AppleRAIDMember& member) const;
   Pelago::Reference<RAIDMember> findMember(const std::string& uuid);
   std::vector<Pelago::Reference<RAIDMember>> holdMembers(io_registry_entry_t entry);

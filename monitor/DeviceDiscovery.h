@@ -7,7 +7,8 @@ namespace RAIDMonitoring {
 
 // Passes on to a monitor what discovery tells about devices; hosts and updates do not concern it.
 // Ownership: the monitor's, which is not the adapter's own.
-class RAIDMonitor::DeviceDiscovery : public Pelago::DiscoveryClient {
+// Not exported, as it would be with the class that it is nested in.
+class RAIDMONITORING_NO_EXPORT RAIDMonitor::DeviceDiscovery : public Pelago::DiscoveryClient {
  public:
   explicit DeviceDiscovery(RAIDMonitor* monitor);
   ~DeviceDiscovery() override;

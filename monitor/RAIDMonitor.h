@@ -27,9 +27,8 @@ class RAIDVolume;
 //   monitor->startMonitoring();
 //
 // Ownership: the application's, destroyed with `delete` after stopMonitoring(). The monitor keeps
-// one
-//            reference on every host and on every announced volume. `delete` gives none of them
-//            back and leaves the timer behind; shutdown() before it gives everything back.
+//            one reference on every host and on every announced volume. `delete` gives none of
+//            them back and leaves the timer behind; shutdown() before it gives everything back.
 // Thread:    the event thread only; nothing here locks.
 // Failure:   no operation reports an error; null and unknown clients are ignored. Lack of memory
 //            propagates as an exception.

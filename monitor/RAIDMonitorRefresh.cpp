@@ -54,7 +54,7 @@ int changedMembers(const HostStates& states) {
 }  // namespace
 
 // One refresh of all hosts: which volumes it has met, and which it has to report at its end.
-class RAIDMonitor::Cycle {
+class RAIDMONITORING_NO_EXPORT RAIDMonitor::Cycle {
  public:
   explicit Cycle(RAIDMonitor& monitor) : _monitor(monitor) {}
 

@@ -7,7 +7,8 @@ namespace RAIDMonitoring {
 
 // Has a monitor refresh at every expiry.
 // Ownership: the monitor's, which is not the timer's own.
-class RAIDMonitor::UpdateTimer : public Pelago::Timer {
+// Not exported, as it would be with the class that it is nested in.
+class RAIDMONITORING_NO_EXPORT RAIDMonitor::UpdateTimer : public Pelago::Timer {
  public:
   explicit UpdateTimer(RAIDMonitor* monitor);
   ~UpdateTimer() override;

@@ -16,8 +16,7 @@ using Milliseconds = std::int64_t;
 // Thread:    now() and waitUntil() on the event thread; interrupt() from any thread and from a
 //            signal handler.
 // Failure:   making a clock throws std::system_error when the process is out of descriptors;
-// nothing
-//            else here fails.
+//            nothing else here fails.
 //
 // The order of the virtual operations is part of the binary interface.
 class PELAGO_EXPORT Clock {

@@ -22,8 +22,7 @@ class DiscoveryClient;
 //            A client may add, remove or destroy clients from inside a callback, and report to the
 //            manager; it must not destroy the manager.
 // Failure:   nothing here fails. A null client is ignored. An exception from a client leaves
-// through
-//            the operation that told it; the clients behind it are not told.
+//            through the operation that told it; the clients behind it are not told.
 class PELAGO_EXPORT DiscoveryManager {
  public:
   DiscoveryManager() = default;

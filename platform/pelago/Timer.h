@@ -7,9 +7,8 @@ namespace Pelago {
 // Something that happens again and again: timeout() is called every period until stop().
 //
 // Ownership: its creator's; the framework never deletes a timer. A destroyed timer stops.
-// Thread:    the event thread only. timeout() may start, stop or delete any timer, its own
-// included. Failure:   start() without an Application is logged and leaves the timer stopped. A
-// timer that
+// Thread:    the event thread only. timeout() may start, stop or delete any timer, itself included.
+// Failure:   start() without an Application is logged and leaves the timer stopped. A timer that
 //            outlives the Application is stopped by its end.
 //
 // The order of the virtual operations is part of the binary interface.

@@ -9,8 +9,9 @@ namespace Pelago {
 // A sleep that a signal handler can end.
 //
 // Ownership: owns the two descriptors of a pipe; programs started by the process do not inherit
-// them. Thread:    one thread sleeps; wake() may be called from any thread and from a signal
-// handler. Failure:   the constructor throws std::system_error when there is no descriptor left.
+//            them.
+// Thread:    one thread sleeps; wake() may be called from any thread and from a signal handler.
+// Failure:   the constructor throws std::system_error when there is no descriptor left.
 class PELAGO_EXPORT WakePipe {
  public:
   WakePipe();

@@ -21,8 +21,8 @@ std::int32_t GetServiceIntProperty(unsigned int entry, std::string key);
 // Missing, not a number or not whole: 0. A negative number: its 64 bits.
 std::uint64_t GetServiceUInt64Property(unsigned int entry, std::string key);
 
-// With one reference for the caller, never null but for lack of memory. Missing, or not an array: an
-// empty array.
+// With one reference for the caller, never null but for lack of memory. Missing, or not an array:
+// an empty array.
 CFArrayRef GetServiceArrayProperty(unsigned int entry, std::string key);
 
 // UTF-8. Null, or not a string: empty.

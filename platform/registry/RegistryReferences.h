@@ -9,7 +9,8 @@ namespace RAIDMonitoring {
 // Keeps the one reference of a registry handle and gives it back at the end.
 //
 // Ownership: adopt() takes over the reference that the caller has; release() hands it back to the
-//            caller. A reference that is kept on purpose is one that was released and not passed on.
+//            caller. A reference that is kept on purpose is one that was released and not passed
+//            on.
 class RegistryHandle {
  public:
   RegistryHandle() = default;

@@ -49,6 +49,11 @@ TEST(ArchiveShape, WhatIsNotPrintedIsAbsentAndAMissingNameIsTheClass) {
   EXPECT_THAT(root.properties, IsEmpty());
 }
 
+TEST(ArchiveShape, AnEmptyNameIsNoMissingName) {
+  const RegistryContent content = parse(archive(text("IORegistryEntryName", "")));
+  EXPECT_EQ("", content.entries.at(0).description.name);
+}
+
 TEST(ArchiveShape, ChildrenAreInOrderOfPrint) {
   const RegistryContent content =
       parse(archive(children(entry("9") + entry("5", children(entry("7"))) + entry("6"))));

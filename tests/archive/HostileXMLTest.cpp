@@ -125,3 +125,21 @@ TEST(HostileXML, EveryBeginningOfAnArchiveIsRefused) {
   }
   EXPECT_EQ("", reasonAgainst(text.substr(0, end)));
 }
+
+// In memory of exactly its size, where a sanitizer sees what is read beyond.
+TEST(HostileXML, NothingIsReadBeyondAnArchiveThatEndsAnywhere) {
+  const auto reasonOf = [](const std::string& text) {
+    const std::vector<char> exact(text.begin(), text.end());
+    try {
+      MemoryRegistry::parseArchive(exact.data(), exact.size(), "file");
+      return std::string();
+    } catch (const MemoryRegistry::ArchiveError& error) {
+      return std::string(error.what());
+    }
+  };
+  const std::string whole = archive("<key>k</key><string>&lt;</string>");
+  for (std::size_t size = 1; size < whole.find("</plist>"); ++size)
+    EXPECT_NE("", reasonOf(whole.substr(0, size))) << size;
+  EXPECT_THAT(reasonOf("\t\t\t\t\t\t\t\t"), HasSubstr("is not a property list"));
+  EXPECT_EQ("", reasonOf(whole + "\t\t\t\t\t\t\t\t"));
+}

@@ -90,7 +90,8 @@ std::string write(const PropertyValue& value) { return std::visit(Writer(), valu
 std::string writeEntry(const RegistryContent& content, std::size_t place) {
   const auto& [id, description, children, parents] = content.entries[place];
   std::string text = keyElement("IOObjectClass") + write(description.className) +
-                     keyElement("IORegistryEntryName") + write(description.name) +
+                     keyElement("IORegistryEntryName") +
+                     write(description.name.value_or(description.className)) +
                      items(description.properties) + keyElement("IORegistryEntryID") + integer(id);
   if (!description.location.empty()) {
     text += keyElement("IORegistryEntryLocation") + write(description.location);

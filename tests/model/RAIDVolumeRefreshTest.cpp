@@ -47,6 +47,20 @@ TEST_F(RAIDVolumeRefreshTest, ANewVolumeHoldsItsMembersAtOnceWithOneReferenceEac
   EXPECT_THAT(log().lines(), IsEmpty());
 }
 
+// The set leaves between the look that finds it and the one that reads it.
+TEST_F(RAIDVolumeRefreshTest, AVolumeKeepsItsUUIDWhenItCanNoLongerBeRead) {
+  const auto volume = makeMirror();
+  MemoryRegistry::failCall(MemoryRegistry::Operation::IORegistryEntryCreateCFProperty, 2,
+                           MemoryRegistry::Repeat::FromThenOn);
+  volume->refresh();
+  MemoryRegistry::failNothing();
+  EXPECT_EQ("SET", volume->uuid());
+  volume->refresh();
+  EXPECT_EQ(VolumeOnline, volume->state());
+  EXPECT_THAT(uuidsOf(volume->members()), ElementsAre("A", "B"));
+  expectLookUps(2);
+}
+
 TEST_F(RAIDVolumeRefreshTest, AMemberThatIsStillListedIsTheSameObjectWithTheSameCount) {
   const auto volume = makeMirror();
   const auto before = volume->members();

@@ -108,10 +108,12 @@ class Registry:
         if entry is None or not entry.alive or not entry.parents:
             return None
         parts = []
-        while entry.parents:
+        while entry is not self.root.children[0]:
+            if not entry.parents:
+                return None
             parts.append(component(entry))
             entry = entry.parents[0]
-        result = PLANE + "/" + "/".join(reversed(parts[:-1]))
+        result = PLANE + "/" + "/".join(reversed(parts))
         return result if len(result.encode()) <= LONGEST_PATH else None
 
     def fromPath(self, path):
@@ -183,10 +185,7 @@ def published(entry):
 
 
 def numberBits(value):
-    """64 bits of a number; a negative one that fits 32 bits was 32 bits wide."""
+    """64 bits of a number; a negative one counts as 64 bits wide."""
     if isinstance(value, bool) or not isinstance(value, (int, float)) or value != int(value):
         return None
-    value = int(value)
-    if -(2**31) <= value < 0:
-        return value & 0xFFFFFFFF
-    return value & 0xFFFFFFFFFFFFFFFF
+    return int(value) & 0xFFFFFFFFFFFFFFFF

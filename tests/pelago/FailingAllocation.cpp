@@ -24,7 +24,9 @@ void* operator new(std::size_t size) {
 
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t& /*nothrow*/) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t& /*nothrow*/) noexcept {
+  std::free(memory);
+}
 
 namespace PelagoTest {
 

@@ -38,8 +38,6 @@ TEST_F(ChangeTest, AnEntryWithoutANameHasItsClasss) {
   EXPECT_EQ("IOService:/IOMedia", MemoryRegistry::path(media));
   MemoryRegistry::setName(media, "Other");
   EXPECT_EQ("IOService:/Other", MemoryRegistry::path(media));
-  MemoryRegistry::setName(media, "");
-  EXPECT_EQ("IOService:/IOMedia", MemoryRegistry::path(media));
 }
 
 TEST_F(ChangeTest, WhatIsNotAllowedThrowsAndChangesNothing) {

@@ -155,6 +155,13 @@ TEST_F(PathTest, LeadsToTheEntryItNames) {
     EXPECT_EQ(row.entry, at(row.path)) << row.path;
 }
 
+TEST_F(PathTest, AnEntryWithAnEmptyNameIsWrittenAndFoundByItsLocation) {
+  const EntryID nameless = addAt(bridge, "any", "0:2");
+  MemoryRegistry::setName(nameless, "");
+  EXPECT_EQ("IOService:/Expert/PCI0@0/@0:2", MemoryRegistry::path(nameless));
+  EXPECT_EQ(nameless, at("IOService:/Expert/PCI0@0/@0:2"));
+}
+
 TEST_F(PathTest, ComparesLocationsAsHexadecimalNumbers) {
   const std::string zeros(300, '0');
   const struct {

@@ -36,7 +36,7 @@ class RegistryFixture : public testing::Test {
   EntryID add(EntryID parent, const std::string& name, const std::string& className = "IOService") {
     MemoryRegistry::EntryDescription description;
     description.className = className;
-    description.name = name;
+    if (!name.empty()) description.name = name;
     return MemoryRegistry::add(parent, std::move(description));
   }
   EntryID addAt(EntryID parent, const std::string& name, const std::string& location) {

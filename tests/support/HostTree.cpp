@@ -12,7 +12,7 @@ EntryID addEntry(EntryID parent, const std::string& className, const std::string
                  const std::string& location, Dictionary properties) {
   EntryDescription description;
   description.className = className;
-  description.name = name;
+  if (!name.empty()) description.name = name;
   description.location = location;
   description.properties = std::move(properties);
   return MemoryRegistry::add(parent, std::move(description));

@@ -16,9 +16,9 @@ struct CFDictionaryKeyCallBacks {
 struct CFDictionaryValueCallBacks {
   char unused;
 };
-const CFArrayCallBacks kCFTypeArrayCallBacks{};
-const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks{};
-const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks{};
+const CFArrayCallBacks MemoryRegistry::kCFTypeArrayCallBacks{};
+const CFDictionaryKeyCallBacks MemoryRegistry::kCFTypeDictionaryKeyCallBacks{};
+const CFDictionaryValueCallBacks MemoryRegistry::kCFTypeDictionaryValueCallBacks{};
 
 namespace MemoryRegistry {
 

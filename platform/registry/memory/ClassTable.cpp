@@ -28,6 +28,7 @@ bool sameChain(const ClassInfo& info, const std::vector<Text>& inheritance) {
 void addAncestor(ClassInfo& info, Symbol className) {
   const std::uint32_t number = classNumberOf(className);
   if (info.ancestors.size() <= number / 64U) info.ancestors.resize(number / 64U + 1U);
+  info.ancestorWords = static_cast<std::uint32_t>(info.ancestors.size());
   info.ancestors[number / 64U] |= std::uint64_t{1} << (number % 64U);
 }
 

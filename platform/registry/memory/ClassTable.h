@@ -15,16 +15,18 @@ struct Entry;
 
 // One distinct inheritance, shared by all entries that have it.
 struct ClassInfo {
-  std::vector<Symbol> chain;             // root first, ending in the class itself
-  std::vector<std::uint64_t> ancestors;  // a bit for each class number of the chain, and OSObject's
-  bool service = false;                  // derived from IOService
-  Entry* instances = nullptr;            // a list through Entry::nextOfClass, in no order
+  std::vector<Symbol> chain;  // root first, ending in the class itself
+  // A bit for each class of the chain, and OSObject's; and how many words there are.
+  std::vector<std::uint64_t> ancestors;
+  std::uint32_t ancestorWords = 0;
+  bool service = false;        // derived from IOService
+  Entry* instances = nullptr;  // a list through Entry::nextOfClass, in no order
 
   Symbol name() const { return chain.back(); }
-  bool derivesFrom(std::uint32_t classNumber) const {
-    const std::size_t word = classNumber / 64U;
-    return word < ancestors.size() && ((ancestors[word] >> (classNumber % 64U)) & 1U) != 0;
+  bool derivesFrom(const ClassMark& mark) const {
+    return mark.word < ancestorWords && (ancestors[mark.word] & mark.bit) != 0;
   }
+  bool derivesFrom(std::uint32_t classNumber) const { return derivesFrom(ClassMark(classNumber)); }
 };
 
 // All inheritances met so far. One per process; what it hands out lives for ever.

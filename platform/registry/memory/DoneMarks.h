@@ -12,13 +12,17 @@ class DoneMarks {
  public:
   // No mark is set from here on.
   void begin(std::size_t slots) {
-    if (_epochs.size() < slots) _epochs.resize(slots);
+    reach(slots);
     if (++_epoch == 0) startOver();
   }
 
-  // Whether the mark was not set yet.
+  // Makes room for as many slots as there are by now.
+  void reach(std::size_t slots) {
+    if (_epochs.size() < slots) _epochs.resize(slots);
+  }
+
+  // Whether the mark was not set yet. The slot must have been reached.
   bool set(std::uint32_t slot) {
-    if (slot >= _epochs.size()) grow(slot);
     if (_epochs[slot] == _epoch) return false;
     _epochs[slot] = _epoch;
     return true;
@@ -29,7 +33,6 @@ class DoneMarks {
   }
 
  private:
-  [[gnu::cold]] void grow(std::uint32_t slot);
   void startOver();
 
   std::vector<std::uint32_t> _epochs;

@@ -57,7 +57,7 @@ EntryFacts factsOf(EntryDescription description) {
   EntryFacts facts;
   facts.classInfo = &ClassTable::instance().find(description.className, description.inheritance,
                                                  description.state.has_value());
-  facts.name = description.name.empty() ? facts.classInfo->name() : intern(description.name);
+  facts.name = description.name ? intern(*description.name) : facts.classInfo->name();
   facts.location = description.location.empty() ? nullptr : intern(description.location);
   facts.hasState = description.state.has_value();
   facts.state = description.state.value_or(0);

@@ -33,8 +33,6 @@ auto placeOf(const std::vector<std::unique_ptr<Entry>>& entries, EntryID id) {
 
 }  // namespace
 
-Graph* Graph::_instance = nullptr;
-
 // Never destroyed: static objects may give their handles back after everything else is gone.
 void Graph::create() { _instance = new Graph; }
 
@@ -88,7 +86,7 @@ EntryID Graph::newID() const {
 }
 
 void Graph::enroll(Entry& entry) noexcept {
-  entry.birth = ++_changes;
+  entry.birth = ChangeCount::next();
   touch(entry.children);
   touch(entry.parents);
   entry.handle = _handles.open(entry);
@@ -98,7 +96,7 @@ void Graph::enroll(Entry& entry) noexcept {
 }
 
 void Graph::retire(Entry& entry) noexcept {
-  ++_changes;
+  ChangeCount::next();
   _handles.retire(entry.handle, entry.id);
   leaveClass(entry);
 }
@@ -203,11 +201,10 @@ void Graph::terminate(Entry& entry) {
                  _entries.end());
 }
 
-Handle Graph::openIterator(RegistryIterator& iterator) {
+Handle Graph::openIterator(RegistryIterator& iterator, Slot::Kind kind) {
   try {
-    const Handle handle = _handles.open(iterator);
-    _handles.at(handle).references = 1;
-    return handle;
+    const Handle handle = _handles.open(iterator, kind);
+    return HandleTable::hold(handle);
   } catch (...) {
     iterator.recycle();
     throw;
@@ -222,7 +219,7 @@ Handle Graph::openWalk(Entry& start, Direction direction, bool recursive) {
     walk.recycle();
     throw;
   }
-  return openIterator(walk);
+  return openIterator(walk, recursive ? Slot::Kind::RecursiveWalk : Slot::Kind::OtherIterator);
 }
 
 Handle Graph::openSnapshot(const Links& links) {
@@ -233,12 +230,12 @@ Handle Graph::openSnapshot(const Links& links) {
     snapshot.recycle();
     throw;
   }
-  return openIterator(snapshot);
+  return openIterator(snapshot, Slot::Kind::OtherIterator);
 }
 
 void Graph::closeIterators() noexcept {
   for (const Slot& slot : _handles.slots()) {
-    if (slot.kind == Slot::Kind::Iterator) slot.iterator->recycle();
+    if (slot.isIterator()) slot.iterator->recycle();
   }
 }
 

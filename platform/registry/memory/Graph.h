@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/registry/memory/ChangeCount.h"
 #include "platform/registry/memory/DoneMarks.h"
 #include "platform/registry/memory/Entry.h"
 #include "platform/registry/memory/HandleTable.h"
@@ -41,9 +42,7 @@ class Graph {
   void replace(RegistryContent content);
   void reset();
 
-  // ---- Change
-  // Goes up with every change of links, and with every entry that comes or goes.
-  std::uint64_t changes() const { return _changes; }
+  // ---- By slot
   Entry* entryAt(std::uint32_t slot) const {
     const Slot& found = _handles.slots()[slot];
     return found.kind == Slot::Kind::Entry ? found.entry : nullptr;
@@ -60,10 +59,7 @@ class Graph {
   Pool<DoneMarks>& marks() { return _marks; }
 
   // One more reference on the entry.
-  Handle hold(const Entry& entry) {
-    ++_handles.at(entry.handle).references;
-    return entry.handle;
-  }
+  static Handle hold(const Entry& entry) { return HandleTable::hold(entry.handle); }
   // Iterators with one reference.
   Handle openWalk(Entry& start, Direction direction, bool recursive);
   Handle openSnapshot(const Links& links);
@@ -83,18 +79,17 @@ class Graph {
   EntryID newID() const;
   void enroll(Entry& entry) noexcept;
   void retire(Entry& entry) noexcept;
-  void touch(Links& links) noexcept { links.stamp = ++_changes; }
+  void touch(Links& links) noexcept { links.stamp = ChangeCount::next(); }
   bool isAncestor(const Entry& of, Entry& candidate);
   std::vector<Entry*> onlyBeneath(Entry& top) const;
-  Handle openIterator(RegistryIterator& iterator);
+  Handle openIterator(RegistryIterator& iterator, Slot::Kind kind);
   void closeIterators() noexcept;
 
-  static Graph* _instance;
+  inline static Graph* _instance = nullptr;
 
   Entries _entries;
   Entry* _root = nullptr;
   EntryID _nextID = 0;
-  std::uint64_t _changes = 0;
   HandleTable _handles;
   Pool<DoneMarks> _marks;
   Pool<Walk> _walks;

@@ -19,11 +19,8 @@ std::uint8_t generationAfter(std::uint8_t generation) {
 
 std::uint32_t HandleTable::take() {
   if (_firstFree == NoPlace) {
-    if (_slots.size() >> PlaceBits != 0) throw std::bad_alloc();
-    Slot slot{};
-    slot.generation = 1;
-    _slots.push_back(slot);
-    return static_cast<std::uint32_t>(_slots.size() - 1U);
+    if (_used == _slots.size()) grow(_used + 1);
+    return static_cast<std::uint32_t>(_used++);
   }
   const std::uint32_t place = _firstFree;
   _firstFree = _slots[place].nextFree;
@@ -40,12 +37,12 @@ Handle HandleTable::open(Entry& entry) {
   return numberOf(place, slot);
 }
 
-Handle HandleTable::open(RegistryIterator& iterator) {
+Handle HandleTable::open(RegistryIterator& iterator, Slot::Kind kind) {
   const std::uint32_t place = take();
   Slot& slot = _slots[place];
   slot.iterator = &iterator;
   slot.references = 0;
-  slot.kind = Slot::Kind::Iterator;
+  slot.kind = kind;
   return numberOf(place, slot);
 }
 
@@ -65,6 +62,7 @@ void HandleTable::close(Handle handle) noexcept {
   slot.generation = generationAfter(slot.generation);
   slot.kind = Slot::Kind::Free;
   slot.references = 0;
+  slot.number = elsewhere(handle);
   slot.nextFree = _firstFree;
   _firstFree = placeOf(handle);
   ++_free;
@@ -78,9 +76,20 @@ void HandleTable::closeAll() noexcept {
 
 void HandleTable::reserve(std::size_t count) {
   if (count <= _free) return;
-  const std::size_t needed = _slots.size() + count - _free;
+  const std::size_t needed = _used + count - _free;
+  if (needed > _slots.size()) grow(needed);
+}
+
+// To the next power of two.
+void HandleTable::grow(std::size_t needed) {
   if (needed > std::size_t{1} << PlaceBits) throw std::bad_alloc();
-  if (needed > _slots.capacity()) _slots.reserve(std::max(needed, 2 * _slots.capacity()));
+  std::size_t size = std::max<std::size_t>(2, _slots.size());
+  while (size < needed)
+    size *= 2;
+  _slots.reserve(size);
+  while (_slots.size() < size)
+    _slots.push_back(freeSlot(static_cast<std::uint32_t>(_slots.size())));
+  _lookUp = {_slots.data(), static_cast<std::uint32_t>(size - 1U)};
 }
 
 }  // namespace MemoryRegistry

@@ -12,6 +12,14 @@ io_iterator_t openWalk(Graph& graph, Entry& start, IOOptionBits options) {
                         (options & kIORegistryIterateRecursively) != 0);
 }
 
+// Any step, of any iterator.
+[[gnu::noinline]] io_object_t nextOf(io_iterator_t iterator) {
+  if (OperationLog::instance().enter(Operation::IOIteratorNext)) return 0;
+  RegistryIterator* walk = iteratorFor(iterator);
+  const Handle next = walk != nullptr ? walk->next() : 0;
+  return next != 0 ? HandleTable::hold(next) : 0;
+}
+
 }  // namespace
 
 kern_return_t IORegistryEntryCreateIterator(io_registry_entry_t entry, const char* plane,
@@ -23,7 +31,7 @@ kern_return_t IORegistryEntryCreateIterator(io_registry_entry_t entry, const cha
     return resultOf(*failure);
   }
   Graph& graph = Graph::instance();
-  const EntryOrError start = entryFor(graph, entry);
+  const EntryOrError start = entryFor(entry);
   if (start.entry == nullptr) return start.error;
   if (!isServicePlane(plane)) return kIOReturnBadArgument;
   *iterator = openWalk(graph, *start.entry, options);
@@ -52,7 +60,7 @@ kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const c
     return resultOf(*failure);
   }
   Graph& graph = Graph::instance();
-  const EntryOrError start = entryFor(graph, entry);
+  const EntryOrError start = entryFor(entry);
   if (start.entry == nullptr) return start.error;
   // Unlike the walks, this one takes a plane that is unknown for one without links.
   if (!isServicePlane(plane)) return kIOReturnSuccess;
@@ -60,22 +68,25 @@ kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const c
   return kIOReturnSuccess;
 }
 
+// A step is what the library does most: the usual one goes without a call.
 io_object_t IOIteratorNext(io_iterator_t iterator) {
-  if (OperationLog::instance().enter(Operation::IOIteratorNext)) return 0;
-  Graph& graph = Graph::instance();
-  RegistryIterator* walk = iteratorFor(graph, iterator);
-  if (walk == nullptr) return 0;
-  const Entry* entry = walk->next();
-  return entry != nullptr ? graph.hold(*entry) : 0;
+  OperationLog& log = OperationLog::instance();
+  const Slot* slot = HandleTable::held(iterator);
+  if (slot == nullptr || slot->kind != Slot::Kind::RecursiveWalk || !log.isQuiet())
+    return nextOf(iterator);
+  Handle next = 0;
+  if (!static_cast<Walk*>(slot->iterator)->takeUsual(next)) return nextOf(iterator);
+  log.count(Operation::IOIteratorNext);
+  return next;
 }
 
 boolean_t IOIteratorIsValid(io_iterator_t iterator) {
   if (OperationLog::instance().enter(Operation::IOIteratorIsValid)) return 0;
-  RegistryIterator* walk = iteratorFor(Graph::instance(), iterator);
+  RegistryIterator* walk = iteratorFor(iterator);
   return walk != nullptr && walk->isValid() ? 1 : 0;
 }
 
 void IOIteratorReset(io_iterator_t iterator) {
   OperationLog::instance().count(Operation::IOIteratorReset);
-  if (RegistryIterator* walk = iteratorFor(Graph::instance(), iterator)) walk->reset();
+  if (RegistryIterator* walk = iteratorFor(iterator)) walk->reset();
 }

@@ -126,7 +126,7 @@ bool holds(const Keys& keys, std::string_view key) {
 }
 
 bool isMedia(const Entry& entry) {
-  static const std::uint32_t media = classNumberOf("IOMedia");
+  static const std::uint32_t media = classNumberOf(intern("IOMedia"));
   return entry.facts.classInfo->derivesFrom(media);
 }
 

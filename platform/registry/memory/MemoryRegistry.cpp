@@ -30,8 +30,8 @@ EntryID idOf(const Slot& slot) {
   return slot.kind == Slot::Kind::Entry ? slot.entry->id : slot.deadID;
 }
 
-// By ID; where an ID has vanished and come back, the entries that bore it in the order of their ends,
-// the one that lives last.
+// By ID; where an ID has vanished and come back, the entries that bore it in the order of their
+// ends, the one that lives last.
 bool comesBefore(const Slot* a, const Slot* b) {
   if (idOf(*a) != idOf(*b)) return idOf(*a) < idOf(*b);
   if (a->kind != b->kind) return a->kind == Slot::Kind::Dead;
@@ -75,7 +75,7 @@ void removeProperty(EntryID entry, const std::string& key) {
 
 void setName(EntryID entry, const std::string& name) {
   EntryFacts& facts = graph().require(entry).facts;
-  facts.name = name.empty() ? facts.classInfo->name() : intern(name);
+  facts.name = intern(name);
 }
 
 void setLocation(EntryID entry, const std::string& location) {
@@ -110,7 +110,7 @@ unsigned int handle(EntryID entry) {
 }
 
 EntryID entryOf(unsigned int handle) {
-  const Slot* slot = graph().handles().held(handle);
+  const Slot* slot = HandleTable::held(handle);
   return slot != nullptr && slot->kind == Slot::Kind::Entry ? slot->entry->id : 0;
 }
 
@@ -120,11 +120,12 @@ Accounts accounts() {
   Accounts accounts;
   std::vector<const Slot*> kept;
   for (const Slot& slot : graph().handles().slots()) {
-    if (slot.kind == Slot::Kind::Iterator) ++accounts.iterators;
+    if (slot.isIterator()) ++accounts.iterators;
     if (standsForEntry(slot) && slot.references != 0) kept.push_back(&slot);
   }
   std::sort(kept.begin(), kept.end(), comesBefore);
-  for (const Slot* slot : kept) accounts.entries.push_back({idOf(*slot), slot->references});
+  for (const Slot* slot : kept)
+    accounts.entries.push_back({idOf(*slot), slot->references});
   accounts.values = liveValues();
   return accounts;
 }

@@ -44,6 +44,7 @@ MEMORYREGISTRY_EXPORT void terminate(EntryID entry);
 
 MEMORYREGISTRY_EXPORT void setProperty(EntryID entry, const std::string& key, PropertyValue value);
 MEMORYREGISTRY_EXPORT void removeProperty(EntryID entry, const std::string& key);
+// The name as it is given, an empty one too.
 MEMORYREGISTRY_EXPORT void setName(EntryID entry, const std::string& name);
 MEMORYREGISTRY_EXPORT void setLocation(EntryID entry, const std::string& location);
 MEMORYREGISTRY_EXPORT void setState(EntryID entry, std::uint32_t state);

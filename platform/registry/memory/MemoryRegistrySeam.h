@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "platform/registry/memory/MemoryRegistryExport.h"
 
@@ -78,9 +79,15 @@ inline constexpr CFComparisonResult kCFCompareLessThan = -1;
 inline constexpr CFComparisonResult kCFCompareEqualTo = 0;
 inline constexpr CFComparisonResult kCFCompareGreaterThan = 1;
 
+// In a namespace, because the name of a global variable is its symbol, whatever its linkage.
+namespace MemoryRegistry {
 MEMORYREGISTRY_EXPORT extern const CFArrayCallBacks kCFTypeArrayCallBacks;
 MEMORYREGISTRY_EXPORT extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
 MEMORYREGISTRY_EXPORT extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
+}  // namespace MemoryRegistry
+using MemoryRegistry::kCFTypeArrayCallBacks;
+using MemoryRegistry::kCFTypeDictionaryKeyCallBacks;
+using MemoryRegistry::kCFTypeDictionaryValueCallBacks;
 
 // ---- IOKit: finding entries -------------------------------------------------------------------
 
@@ -137,8 +144,17 @@ MEMORYREGISTRY_EXPORT void IOIteratorReset(io_iterator_t iterator);
 
 // ---- IOKit: looking at an entry ---------------------------------------------------------------
 
-// Non-zero when the entry is of the class or of one derived from it.
-MEMORYREGISTRY_EXPORT boolean_t IOObjectConformsTo(io_object_t object, const char* className);
+namespace MemoryRegistry {
+MEMORYREGISTRY_EXPORT boolean_t conformsTo(io_object_t object, const char* className,
+                                           std::size_t length);
+}
+
+// Non-zero when the entry is of the class or of one derived from it. Inline, because compilers know
+// the length of a literal.
+inline boolean_t IOObjectConformsTo(io_object_t object, const char* className) {
+  const std::size_t length = className != nullptr ? std::strlen(className) : 0;
+  return MemoryRegistry::conformsTo(object, className, length);
+}
 
 // The path through first parents into an io_string_t: at most 509 characters, else
 // kIOReturnBadArgument.

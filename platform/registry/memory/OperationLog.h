@@ -22,6 +22,10 @@ class OperationLog {
     return judge(operation);
   }
 
+  // For operations that keep their short way short: true when none is to fail, and then count()
+  // will do; else the call has to go by way of enter().
+  bool isQuiet() const { return !_armed; }
+
   std::uint64_t calls(Operation operation) const {
     return _calls[static_cast<std::size_t>(operation)];
   }
@@ -35,7 +39,7 @@ class OperationLog {
  private:
   [[gnu::cold]] std::optional<Failure> judge(Operation operation);
 
-  static OperationLog _instance;
+  static OperationLog _instance [[gnu::visibility("hidden")]];
 
   std::array<std::uint64_t, OperationCount> _calls{};
   bool _armed = false;

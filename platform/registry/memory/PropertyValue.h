@@ -33,16 +33,16 @@ class PropertyValue {
  public:
   using Variant = std::variant<bool, Number, double, std::string, Data, Array, Dictionary, Opaque>;
 
-  PropertyValue(bool value) : _value(value) {}                      // NOLINT: meant to convert
-  PropertyValue(Number value) : _value(value) {}                    // NOLINT
-  PropertyValue(double value) : _value(value) {}                    // NOLINT
-  PropertyValue(const char* value) : _value(std::string(value)) {}  // NOLINT
-  PropertyValue(std::string value) : _value(std::move(value)) {}    // NOLINT
-  PropertyValue(Data value) : _value(std::move(value)) {}           // NOLINT
-  PropertyValue(Array value) : _value(std::move(value)) {}          // NOLINT
-  PropertyValue(Dictionary value) : _value(std::move(value)) {}     // NOLINT
-  PropertyValue(Opaque value) : _value(value) {}                    // NOLINT
-  PropertyValue(int value)                                          // NOLINT
+  PropertyValue(bool value) : _value(value) {}
+  PropertyValue(Number value) : _value(value) {}
+  PropertyValue(double value) : _value(value) {}
+  PropertyValue(const char* value) : _value(std::string(value)) {}
+  PropertyValue(std::string value) : _value(std::move(value)) {}
+  PropertyValue(Data value) : _value(std::move(value)) {}
+  PropertyValue(Array value) : _value(std::move(value)) {}
+  PropertyValue(Dictionary value) : _value(std::move(value)) {}
+  PropertyValue(Opaque value) : _value(value) {}
+  PropertyValue(int value)
       : _value(Number{static_cast<std::uint64_t>(static_cast<std::uint32_t>(value)), 32}) {}
 
   const Variant& variant() const { return _value; }

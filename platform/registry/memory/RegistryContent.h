@@ -26,7 +26,7 @@ enum ServiceState : std::uint32_t {
 // One entry, as it is to be.
 struct EntryDescription {
   std::string className;                 // must not be empty
-  std::string name;                      // empty: the class's name
+  std::optional<std::string> name;       // none: the class's name
   std::string location;                  // empty: none
   std::vector<std::string> inheritance;  // root first, ending in the class itself; empty: looked up
   std::optional<std::uint32_t> state;    // ServiceState bits; none: as a service that is settled

@@ -1,8 +1,8 @@
 #pragma once
 
-namespace MemoryRegistry {
+#include <cstdint>
 
-struct Entry;
+namespace MemoryRegistry {
 
 // What an iterator handle stands for.
 class RegistryIterator {
@@ -12,7 +12,7 @@ class RegistryIterator {
   RegistryIterator& operator=(const RegistryIterator&) = delete;
   virtual ~RegistryIterator() = default;
 
-  virtual Entry* next() = 0;  // null at the end
+  virtual std::uint32_t next() = 0;  // the handle of an entry, unheld; 0 at the end
   virtual bool isValid() = 0;
   virtual void reset() = 0;
   // The last reference is gone; the iterator may be used for another walk.

@@ -14,17 +14,21 @@ struct EntryOrError {
   kern_return_t error;
 };
 
-inline EntryOrError entryFor(Graph& graph, io_object_t handle) {
-  const Slot* slot = graph.handles().held(handle);
-  if (slot == nullptr || slot->kind == Slot::Kind::Dead) return {nullptr, MACH_SEND_INVALID_DEST};
-  if (slot->kind == Slot::Kind::Iterator) return {nullptr, kIOReturnBadArgument};
+[[gnu::cold]] inline EntryOrError noEntry(const Slot* slot) {
+  const bool isIterator = slot != nullptr && slot->isIterator();
+  return {nullptr, isIterator ? kIOReturnBadArgument : MACH_SEND_INVALID_DEST};
+}
+
+inline EntryOrError entryFor(io_object_t handle) {
+  const Slot* slot = HandleTable::held(handle);
+  if (slot == nullptr || slot->kind != Slot::Kind::Entry) return noEntry(slot);
   return {slot->entry, kIOReturnSuccess};
 }
 
 // Null for everything but a living iterator.
-inline RegistryIterator* iteratorFor(Graph& graph, io_iterator_t handle) {
-  const Slot* slot = graph.handles().held(handle);
-  return slot != nullptr && slot->kind == Slot::Kind::Iterator ? slot->iterator : nullptr;
+inline RegistryIterator* iteratorFor(io_iterator_t handle) {
+  const Slot* slot = HandleTable::held(handle);
+  return slot != nullptr && slot->isIterator() ? slot->iterator : nullptr;
 }
 
 // What an operation returns that was told to fail, and whose handle is 0 either way.

@@ -13,12 +13,12 @@ void Snapshot::begin(const Links& links) {
   _place = 0;
 }
 
-Entry* Snapshot::next() {
+std::uint32_t Snapshot::next() {
   while (_place < _entries.size()) {
     const Seen& seen = _entries[_place++];
-    if (Entry* entry = _graph.alive(seen.slot, seen.birth)) return entry;
+    if (Entry* entry = _graph.alive(seen.slot, seen.birth)) return entry->handle;
   }
-  return nullptr;
+  return 0;
 }
 
 void Snapshot::recycle() noexcept { _graph.giveBack(*this); }

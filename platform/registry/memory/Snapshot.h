@@ -19,7 +19,7 @@ class Snapshot final : public RegistryIterator {
 
   void begin(const Links& links);
 
-  Entry* next() override;
+  std::uint32_t next() override;
   bool isValid() override { return true; }
   void reset() override { _place = 0; }
   void recycle() noexcept override;

@@ -42,13 +42,12 @@ std::uint32_t classNumberOf(Symbol className) {
   return className->classNumber;
 }
 
-std::array<RecentClassName, RecentClassNames> recentClassNames{};
-
-std::uint32_t newClassNumberOf(const char* className) {
-  const Symbol symbol = intern(className);
-  const std::uint32_t number = classNumberOf(symbol);
-  recentPlaceOf(className) = {className, symbol->text.c_str(), number};
-  return number;
+ClassMark classMarkOf(const char* className, std::size_t length) {
+  const std::uint32_t number = classNumberOf(intern({className, length}));
+  if (length >= RecentClassName::Word && length <= RecentClassName::Longest) {
+    recentPlaceOf(className) = RecentClassName({className, length}, number);
+  }
+  return ClassMark(number);
 }
 
 }  // namespace MemoryRegistry

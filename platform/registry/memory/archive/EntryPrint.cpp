@@ -137,7 +137,8 @@ EntryPrint readPrint(plist_t dictionary, EntryID parent) {
   print.id = readID(items[ID], parent);
   print.className = readString(items[Class], print.id, "IOObjectClass");
   if (print.className.empty()) throw Refusal(entryText(print.id) + " has no IOObjectClass");
-  print.name = readString(items[Name], print.id, "IORegistryEntryName");
+  const std::string_view name = readString(items[Name], print.id, "IORegistryEntryName");
+  print.name = items[Name] != nullptr ? name : print.className;
   print.location = readString(items[Location], print.id, "IORegistryEntryLocation");
   print.state = readState(items[State], print.id);
   checkInheritance(items[Inheritance], print.id);

@@ -17,7 +17,7 @@ namespace MemoryRegistry {
 struct EntryPrint {
   EntryID id = 0;
   std::string_view className;
-  std::string_view name;      // empty when not printed
+  std::string_view name;      // the class's when not printed; may be empty
   std::string_view location;  // likewise
   plist_t inheritance = nullptr;
   std::optional<std::uint32_t> state;

@@ -18,7 +18,7 @@ namespace {
 EntryDescription describe(const EntryPrint& print, plist_t dictionary) {
   EntryDescription description;
   description.className = print.className;
-  description.name = print.name.empty() ? print.className : print.name;
+  description.name = print.name;
   description.location = print.location;
   description.inheritance = readInheritance(print);
   description.state = print.state;

@@ -140,7 +140,8 @@ class Check {
   void skipBlanksAndComments() {
     while (_at != _end) {
       if (*_at == '\t') skipTabs();
-      if (_at != _end && isBlank(*_at)) {
+      if (_at == _end) return;
+      if (isBlank(*_at)) {
         ++_at;
       } else if (*_at == '<' && left() > 1 && _at[1] == '!' && startsWith("<!--")) {
         skipMarked("<!--", "-->");

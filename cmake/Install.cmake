@@ -1,0 +1,63 @@
+# What `cmake --install` puts where, in three components: library (what a program needs to run),
+# development (what a developer needs besides) and application.
+
+include(CMakePackageConfigHelpers)
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/RAIDMonitoring)
+set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/RAIDMonitoring)
+
+install(TARGETS ${raidmonitoring_libraries} EXPORT RAIDMonitoringTargets
+  RUNTIME COMPONENT library
+  LIBRARY COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development
+  FILE_SET HEADERS DESTINATION ${header_folder} COMPONENT development
+  FILE_SET generated_headers DESTINATION ${header_folder} COMPONENT development
+  INCLUDES DESTINATION ${header_folder})
+install(EXPORT RAIDMonitoringTargets NAMESPACE RAIDMonitoring:: DESTINATION ${package_folder}
+  COMPONENT development)
+
+configure_package_config_file(cmake/RAIDMonitoringConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/package/RAIDMonitoringConfig.cmake INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/RAIDMonitoringConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/package/RAIDMonitoringConfig.cmake
+  ${PROJECT_BINARY_DIR}/package/RAIDMonitoringConfigVersion.cmake
+  DESTINATION ${package_folder} COMPONENT development)
+
+# pkg-config. The prefix is found from the file's own place, so that the tree can be moved.
+file(RELATIVE_PATH pkgconfig_to_prefix
+  /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" pkgconfig_to_prefix "${pkgconfig_to_prefix}")
+set(pkgconfig_cflags "")
+set(pkgconfig_libs "-lRAIDMonitoring")
+if(RAIDMONITORING_REGISTRY STREQUAL "memory")
+  string(APPEND pkgconfig_libs " -lRAIDMonitoringRegistry")
+else()
+  string(APPEND pkgconfig_libs " -framework IOKit -framework CoreFoundation")
+  string(APPEND pkgconfig_cflags " -DRAIDMONITORING_REGISTRY_IOKIT")
+endif()
+if(RAIDMONITORING_PELAGO STREQUAL "own")
+  string(APPEND pkgconfig_libs " -lPelago")
+endif()
+configure_file(cmake/RAIDMonitoring.pc.in ${PROJECT_BINARY_DIR}/package/RAIDMonitoring.pc @ONLY)
+# An external framework is linked by whoever has it: there is nothing to say of it here.
+install(FILES ${PROJECT_BINARY_DIR}/package/RAIDMonitoring.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE
+  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT development
+  FILES_MATCHING PATTERN "*.md" PATTERN man EXCLUDE)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+
+configure_file(docs/man/RAIDMonitoring.3.in ${PROJECT_BINARY_DIR}/man/RAIDMonitoring.3 @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/man/RAIDMonitoring.3
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+
+if(RAIDMONITORING_APPLICATION)
+  configure_file(docs/man/raidmonitor.1.in ${PROJECT_BINARY_DIR}/man/raidmonitor.1 @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/man/raidmonitor.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT application)
+  install(DIRECTORY application/demo DESTINATION ${CMAKE_INSTALL_DATADIR}/RAIDMonitoring
+    COMPONENT application FILES_MATCHING PATTERN "*.plist")
+endif()
