@@ -14,7 +14,11 @@ std::string RAIDMonitorClient::identifier() {
   char text[10];
   const auto address = static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(this));
 #pragma GCC diagnostic push
-#if defined(__GNUC__) && !defined(__clang__)
+#if defined(__clang__)
+#if __has_warning("-Wformat-truncation")
+#pragma GCC diagnostic ignored "-Wformat-truncation"
+#endif
+#elif defined(__GNUC__)
 #pragma GCC diagnostic ignored "-Wformat-truncation"
 #endif
   std::snprintf(text, sizeof text, "0x%016llx", address);

@@ -35,7 +35,10 @@ macos_tool(CMAKE_STRIP llvm-strip)
 macos_tool(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool)
 macos_tool(MACOS_LINKER ld64.lld)
 
-set(CMAKE_CXX_COMPILER_TARGET ${MACOS_ARCHITECTURE}-apple-macos${MACOS_TARGET})
+# Without a version, which CMAKE_OSX_DEPLOYMENT_TARGET gives: two that differ are an error.
+set(CMAKE_CXX_COMPILER_TARGET ${MACOS_ARCHITECTURE}-apple-macos)
+# The SDK's library. Some systems' clang takes their own, for every target.
+set(CMAKE_CXX_FLAGS_INIT -stdlib=libc++)
 set(CMAKE_EXE_LINKER_FLAGS_INIT --ld-path=${MACOS_LINKER})
 set(CMAKE_SHARED_LINKER_FLAGS_INIT --ld-path=${MACOS_LINKER})
 set(CMAKE_MODULE_LINKER_FLAGS_INIT --ld-path=${MACOS_LINKER})

@@ -59,7 +59,7 @@ for architecture in x86_64 arm64; do
     -DMACOS_SDK="$SOURCES/tests/package/fake-sdk" -DMACOS_ARCHITECTURE="$architecture"
   ninja -C "$architecture" -n -v >"$architecture.log"
   for wanted in "-install_name @rpath/libRAIDMonitoring.1.dylib" "cmake/exports/RAIDMonitoring.exp" \
-    "-arch $architecture" "-mmacosx-version-min=11.0" "-framework IOKit" "-DRAIDMONITORING_REGISTRY_IOKIT"; do
+    "-arch $architecture" "-stdlib=libc++" "-mmacosx-version-min=11.0" "-framework IOKit" "-DRAIDMONITORING_REGISTRY_IOKIT"; do
     grep -qF -- "$wanted" "$architecture.log" || fail "the build for $architecture lacks $wanted"
   done
 done

@@ -28,7 +28,8 @@ using Data = std::vector<std::uint8_t>;
 using Array = std::vector<PropertyValue>;
 using Dictionary = std::vector<std::pair<std::string, PropertyValue>>;
 
-// What an entry stores under a property key. A plain value: copies are deep.
+// What an entry stores under a property key. A plain value: copies are deep. Made from what it
+// holds without a word, so that properties can be written down as lists.
 class PropertyValue {
  public:
   using Variant = std::variant<bool, Number, double, std::string, Data, Array, Dictionary, Opaque>;
