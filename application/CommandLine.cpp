@@ -2,13 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 
-#include "application/Commands.h"
+#include "application/Command.h"
 #include "application/StandardOutput.h"
-#include "application/TextCharacters.h"
 #include "application/Version.h"
+#include "application/text/TextCharacters.h"
 
 namespace Program {
 namespace {
@@ -22,82 +21,28 @@ constexpr const char* ProgramDetails =
     "written; 2 wrong usage. Colour is used on a terminal only, and not when NO_COLOR\n"
     "is set. 'raidmonitor COMMAND --help' tells more.";
 
-constexpr const char* EndState =
-    "Shows the state that the same watch ends with; on the live registry the state\n"
-    "after two seconds.";
-
-const Command commands[] = {
-    {"watch", "Print a line for every event",
-     "For people a line shows the time, what happened (new, now, gone), the volume,\n"
-     "its level and state, the bays of its disks and the enclosure. A disk that is\n"
-     "not online has its state behind its bay; ? is a bay that is not known. A volume\n"
-     "that changes its state is reported twice.\n"
-     "SIGINT and SIGTERM end it in order, with exit status 0.",
-     Command::Pace | Command::Handles, runWatch},
-    {"list", "Print the volumes of each enclosure", EndState, Command::Nothing, runList},
-    {"slots", "Print each enclosure's bays and who sits in them", EndState, Command::Nothing,
-     runSlots},
-};
-
 constexpr const char* Version = "raidmonitor " RAIDMONITOR_VERSION;
 
-// Decimal digits alone: the option parser itself would read 010 as octal.
-Pelago::Milliseconds parseMilliseconds(const std::string& text) {
-  const bool digits = !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) {
-    return std::isdigit(c) != 0;
-  });
-  if (!digits)
-    throw CLI::ValidationError("--until", "'" + text + "' is not a number of milliseconds");
-  try {
-    return std::stoll(text);
-  } catch (const std::out_of_range&) {
-    throw CLI::ValidationError("--until", text + " is too large");
-  }
-}
+using Commands = std::vector<std::unique_ptr<Command>>;
 
-void addOptions(CLI::App& parser, const Command& command, Options& options) {
-  parser
-      .add_option("--registry", options.registry,
-                  "An archive (a file) or a recording (a folder) to read")
-      ->type_name("PATH");
-  parser.add_flag("--json", options.json, "JSON for programs");
-  parser.add_flag("--log", options.log,
-                  (command.takes & Command::Handles) != 0U
-                      ? "Show the library's log among the events"
-                      : "Show the library's log on standard error");
-  parser
-      .add_option_function<std::string>(
-          "--until",
-          [&options](const std::string& text) { options.until = parseMilliseconds(text); },
-          "End there: nothing due later happens")
-      ->type_name("MS");
-  if ((command.takes & Command::Pace) != 0U) {
-    parser.add_flag("--pace", options.pace, "Replay at the speed at which it was recorded");
-  }
-  if ((command.takes & Command::Handles) != 0U) {
-    parser.add_flag("--handles", options.handles,
-                    "In the end, show what is still held of the registry");
-  }
-}
-
-void addCommand(CLI::App& parser, const Command& command, Options& options) {
-  CLI::App& added = *parser.add_subcommand(command.name, command.summary);
+void addCommand(CLI::App& parser, Command& command) {
+  CLI::App& added = *parser.add_subcommand(command.name(), command.summary());
   added.group("Commands");
   added.set_help_flag("--help", "Show this help");
   added.set_version_flag("--version", Version, "Show the version");
-  addOptions(added, command, options);
-  added.footer(command.details);
+  command.addOptions(added);
+  added.footer(command.details());
 }
 
-void configure(CLI::App& parser, Options& options) {
+void configure(CLI::App& parser, const Commands& commands) {
   parser.set_help_flag("--help", "Show this help");
   parser.set_version_flag("--version", Version, "Show the version");
   parser.require_subcommand(1);
   parser.footer(ProgramDetails);
   parser.get_formatter()->column_width(22);
   parser.get_formatter()->label("SUBCOMMAND", "COMMAND");
-  for (const Command& command : commands)
-    addCommand(parser, command, options);
+  for (const std::unique_ptr<Command>& command : commands)
+    addCommand(parser, *command);
 }
 
 std::string reasonOf(const CLI::App& parser, const CLI::ParseError& error) {
@@ -116,18 +61,18 @@ ExitStatus explain(const CLI::App& parser, const CLI::ParseError& error) {
   return WrongUsage;
 }
 
-const Command& chosenCommand(const CLI::App& parser) {
+Command& chosenCommand(const CLI::App& parser, const Commands& commands) {
   const std::string name = parser.get_subcommands().front()->get_name();
-  return *std::find_if(std::begin(commands), std::end(commands),
-                       [&name](const Command& command) { return name == command.name; });
+  return **std::find_if(commands.begin(), commands.end(),
+                        [&name](const auto& command) { return name == command->name(); });
 }
 
 }  // namespace
 
 ExitStatus runCommandLine(int argc, const char* const* argv, StandardOutput& output) {
   CLI::App parser(Description, "raidmonitor");
-  Options options;
-  configure(parser, options);
+  const Commands commands = makeCommands();
+  configure(parser, commands);
   try {
     parser.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
@@ -139,8 +84,7 @@ ExitStatus runCommandLine(int argc, const char* const* argv, StandardOutput& out
   } catch (const CLI::ParseError& error) {
     return explain(parser, error);
   }
-  chosenCommand(parser).run(options, output);
-  return Success;
+  return chosenCommand(parser, commands).run(output);
 }
 
 }  // namespace Program

@@ -1,4 +1,4 @@
-#include "application/Discovery.h"
+#include "application/session/Discovery.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "application/DueClock.h"
+#include "application/session/DueClock.h"
 
 #include <gtest/gtest.h>
 

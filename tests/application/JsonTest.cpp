@@ -1,11 +1,11 @@
-#include "application/Json.h"
+#include "application/json/Json.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <limits>
 
-#include "application/JsonModel.h"
+#include "application/json/JsonModel.h"
 
 namespace ProgramTest {
 namespace {

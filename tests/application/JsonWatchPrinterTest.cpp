@@ -1,4 +1,4 @@
-#include "application/JsonWatchPrinter.h"
+#include "application/json/JsonWatchPrinter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "application/LiveSource.h"
+#include "application/registries/LiveSource.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "application/Session.h"
+#include "application/session/Session.h"
 #include "platform/pelago/VirtualClock.h"
 #include "tests/application/support/StoryObserver.h"
 #include "tests/support/EnclosureBuilder.h"

@@ -1,4 +1,4 @@
-#include "application/Session.h"
+#include "application/session/Session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

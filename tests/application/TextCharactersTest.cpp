@@ -1,4 +1,4 @@
-#include "application/TextCharacters.h"
+#include "application/text/TextCharacters.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "application/TextList.h"
+#include "application/text/TextList.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "application/TextModel.h"
+#include "application/text/TextModel.h"
 
 #include <gtest/gtest.h>
 

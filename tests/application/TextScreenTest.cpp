@@ -1,4 +1,4 @@
-#include "application/TextScreen.h"
+#include "application/text/TextScreen.h"
 
 #include <gtest/gtest.h>
 

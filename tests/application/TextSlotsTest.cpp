@@ -1,4 +1,4 @@
-#include "application/TextSlots.h"
+#include "application/text/TextSlots.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

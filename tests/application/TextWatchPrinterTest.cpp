@@ -1,4 +1,4 @@
-#include "application/TextWatchPrinter.h"
+#include "application/text/TextWatchPrinter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "application/WatchObserver.h"
+#include "application/watch/WatchObserver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "application/Session.h"
+#include "application/session/Session.h"
 #include "application/StandardOutput.h"
 #include "tests/application/support/StagedSource.h"
 #include "tests/support/CapturedOutput.h"

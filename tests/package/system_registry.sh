@@ -25,7 +25,7 @@ compile() {
 }
 
 sources=(monitor/*.cpp model/*.cpp thunderbolt/*.cpp platform/pelago/*.cpp platform/registry/*.cpp
-  application/Discovery.cpp application/LiveRegistry.cpp application/LiveSource.cpp
+  application/session/Discovery.cpp application/registries/LiveRegistry.cpp application/registries/LiveSource.cpp
   examples/iokit/*.cpp)
 compile 110000 -DFAKE_UNSIGNED_BOOLEAN "${sources[@]}"
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "application/Snapshot.h"
+#include "application/session/Snapshot.h"
 
 namespace ProgramTest {
 

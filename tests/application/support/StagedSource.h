@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "application/Source.h"
+#include "application/session/Source.h"
 #include "platform/pelago/VirtualClock.h"
 
 namespace ProgramTest {

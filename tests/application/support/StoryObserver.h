@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "application/SessionObserver.h"
+#include "application/session/SessionObserver.h"
 #include "application/Words.h"
 #include "model/RAIDVolume.h"
 #include "platform/pelago/Application.h"

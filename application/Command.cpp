@@ -1,0 +1,25 @@
+#include "application/Command.h"
+
+#include "application/commands/ListCommand.h"
+#include "application/commands/SlotsCommand.h"
+#include "application/commands/WatchCommand.h"
+
+namespace Program {
+namespace {
+
+template <class... Kinds>
+std::vector<std::unique_ptr<Command>> makeEach() {
+  std::vector<std::unique_ptr<Command>> commands;
+  (commands.push_back(std::make_unique<Kinds>()), ...);
+  return commands;
+}
+
+}  // namespace
+
+Command::~Command() = default;
+
+std::vector<std::unique_ptr<Command>> makeCommands() {
+  return makeEach<WatchCommand, ListCommand, SlotsCommand>();
+}
+
+}  // namespace Program

@@ -1,7 +1,0 @@
-#include "application/Source.h"
-
-namespace Program {
-
-Source::~Source() = default;
-
-}  // namespace Program

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "application/Command.h"
+#include "application/Options.h"
+
+namespace Program {
+
+// Prints the volumes of each enclosure at the end of a run.
+class ListCommand : public Command {
+ public:
+  const char* name() const override { return "list"; }
+  const char* summary() const override { return "Print the volumes of each enclosure"; }
+  const char* details() const override;
+  void addOptions(CLI::App& parser) override;
+  ExitStatus run(StandardOutput& output) override;
+
+ private:
+  RegistryOptions _registry;
+  bool _json = false;
+};
+
+}  // namespace Program

@@ -1,0 +1,29 @@
+#include "application/commands/SlotsCommand.h"
+
+#include <CLI/CLI.hpp>
+
+#include "application/StandardOutput.h"
+#include "application/json/JsonModel.h"
+#include "application/session/QuietRun.h"
+#include "application/text/TextSlots.h"
+
+namespace Program {
+
+const char* SlotsCommand::details() const { return EndStateDetails; }
+
+void SlotsCommand::addOptions(CLI::App& parser) {
+  addRegistryOptions(parser, _registry, LogOnStandardError);
+  parser.add_flag("--json", _json, "JSON for programs");
+}
+
+ExitStatus SlotsCommand::run(StandardOutput& output) {
+  const QuietRun run(_registry);
+  std::vector<EnclosureSlots> enclosures;
+  for (RAIDMonitoring::RAIDHost* host : run.hosts())
+    enclosures.push_back(slotsOf(*host));
+  output.write(_json ? written(listing(enclosures)) + "\n"
+                     : slotsText(screenOf(output), enclosures));
+  return Success;
+}
+
+}  // namespace Program

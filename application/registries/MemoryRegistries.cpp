@@ -1,0 +1,101 @@
+// The registries of a program that is built on the in-memory registry: archives, recordings, and
+// the demo recording. The one file of the application that knows of that registry.
+
+#include <string_view>
+#include <utility>
+
+#include "application/registries/DemoRecording.h"
+#include "application/session/Source.h"
+#include "platform/pelago/PacedClock.h"
+#include "platform/registry/memory/MemoryRegistry.h"
+#include "platform/registry/memory/archive/ArchiveError.h"
+#include "platform/registry/memory/archive/Recording.h"
+
+namespace Program {
+namespace {
+
+using MemoryRegistry::ArchiveError;
+using MemoryRegistry::Recording;
+using Pelago::Milliseconds;
+
+constexpr Milliseconds RefreshPeriod = 2000;
+
+std::unique_ptr<Pelago::Clock> clockFor(bool paced) {
+  if (paced) return std::make_unique<Pelago::PacedClock>();
+  return std::make_unique<Pelago::VirtualClock>();
+}
+
+// Plays a recording on the in-memory registry. Its watch ends with the first refresh that can show
+// what the last change led to, and one more.
+class RecordingSource : public Source {
+ public:
+  // `texts` are what a recording from memory reads, and stay where they are.
+  RecordingSource(Recording recording, bool paced, std::vector<std::string> texts = {})
+      : _texts(std::move(texts)), _recording(std::move(recording)), _clock(clockFor(paced)) {
+    MemoryRegistry::reset();
+  }
+
+  Pelago::Clock& clock() override { return *_clock; }
+
+  std::optional<Milliseconds> nextLook() const override {
+    if (_next == _recording.times().size()) return std::nullopt;
+    return _recording.times()[_next];
+  }
+
+  void prepareLook() override { MemoryRegistry::replaceContent(_recording.content(_next++)); }
+
+  std::optional<Milliseconds> end() const override {
+    const Milliseconds last = _recording.times().back();
+    const Milliseconds sinceRefresh = last % RefreshPeriod;
+    const Milliseconds span =
+        (sinceRefresh == 0 ? 0 : RefreshPeriod - sinceRefresh) + RefreshPeriod;
+    return last < Pelago::Clock::Never - span ? last + span : Pelago::Clock::Never;
+  }
+
+  std::optional<HandleAccounts> accounts() const override {
+    const MemoryRegistry::Accounts held = MemoryRegistry::accounts();
+    HandleAccounts accounts;
+    for (const auto& entry : held.entries)
+      accounts.kept.push_back({entry.id, entry.references});
+    accounts.objects = held.iterators;
+    accounts.values = held.values;
+    return accounts;
+  }
+
+ private:
+  std::vector<std::string> _texts;
+  Recording _recording;
+  std::unique_ptr<Pelago::Clock> _clock;
+  std::size_t _next = 0;
+};
+
+// It was cut in pieces for the compiler's sake.
+std::string textOf(const EmbeddedText& archive) {
+  std::string text;
+  for (std::size_t piece = 0; piece < archive.pieceCount; ++piece)
+    text += archive.pieces[piece];
+  return text;
+}
+
+}  // namespace
+
+std::unique_ptr<Source> openRegistry(const std::string& path, bool paced) {
+  try {
+    return std::make_unique<RecordingSource>(Recording::open(path), paced);
+  } catch (const ArchiveError& error) {
+    throw SourceError(error.what());
+  }
+}
+
+std::unique_ptr<Source> openDefaultRegistry(bool paced) {
+  std::vector<std::string> texts(DemoArchiveCount);
+  std::vector<std::pair<std::int64_t, std::string_view>> archives;
+  for (std::size_t place = 0; place < DemoArchiveCount; ++place) {
+    texts[place] = textOf(DemoArchive[place]);
+    archives.emplace_back(std::stoll(std::string(DemoArchive[place].name)), texts[place]);
+  }
+  return std::make_unique<RecordingSource>(Recording::fromMemory(std::move(archives)), paced,
+                                           std::move(texts));
+}
+
+}  // namespace Program

@@ -1,0 +1,38 @@
+#include "application/session/QuietRun.h"
+
+#include <cstdio>
+
+#include "application/text/TextCharacters.h"
+
+namespace Program {
+namespace {
+
+constexpr Pelago::Milliseconds FirstRefresh = 2000;
+
+std::optional<Pelago::Milliseconds> endOf(const RegistryOptions& options, const Source& source) {
+  if (options.until) return options.until;
+  return source.end().value_or(FirstRefresh);
+}
+
+}  // namespace
+
+std::unique_ptr<Source> sourceFor(const RegistryOptions& options) {
+  return options.registry ? openRegistry(*options.registry, options.pace)
+                          : openDefaultRegistry(options.pace);
+}
+
+QuietRun::QuietRun(const RegistryOptions& options)
+    : _source(sourceFor(options)),
+      _observer(options.log),
+      _session(*_source, _observer, endOf(options, *_source)) {
+  _session.run();
+}
+
+void QuietRun::Observer::logged(Pelago::Logger::Level level, const std::string& category,
+                                const std::string& text) {
+  if (!_log) return;
+  const std::string line = std::string(nameOf(level)) + " [" + category + "] " + text;
+  std::fprintf(stderr, "%s\n", printable(line, Charset::Unicode).c_str());
+}
+
+}  // namespace Program

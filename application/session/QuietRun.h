@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "application/Options.h"
+#include "application/session/Session.h"
+#include "application/session/SessionObserver.h"
+#include "application/session/Source.h"
+
+namespace Program {
+
+// The source that the command line names.
+std::unique_ptr<Source> sourceFor(const RegistryOptions& options);
+
+// A run of which only the state at its end is wanted. On a registry whose watch never ends it lasts
+// until the first refresh.
+class QuietRun {
+ public:
+  explicit QuietRun(const RegistryOptions& options);
+
+  std::vector<RAIDMonitoring::RAIDHost*> hosts() const { return _session.hosts(); }
+
+ private:
+  // Log lines, if they are wanted, go to standard error: the output is one answer.
+  class Observer : public SessionObserver {
+   public:
+    explicit Observer(bool log) : _log(log) {}
+    void logged(Pelago::Logger::Level level, const std::string& category,
+                const std::string& text) override;
+
+   private:
+    bool _log;
+  };
+
+  std::unique_ptr<Source> _source;
+  Observer _observer;
+  Session _session;
+};
+
+// For the help of a command that shows the state at the end of such a run.
+constexpr const char* EndStateDetails =
+    "Shows the state that the same watch ends with; on the live registry the state\n"
+    "after two seconds.";
+
+}  // namespace Program

@@ -1,0 +1,7 @@
+#include "application/session/Source.h"
+
+namespace Program {
+
+Source::~Source() = default;
+
+}  // namespace Program

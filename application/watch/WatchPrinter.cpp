@@ -1,0 +1,7 @@
+#include "application/watch/WatchPrinter.h"
+
+namespace Program {
+
+WatchPrinter::~WatchPrinter() = default;
+
+}  // namespace Program
