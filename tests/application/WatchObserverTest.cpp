@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "application/session/Session.h"
 #include "application/StandardOutput.h"
+#include "application/session/Session.h"
 #include "tests/application/support/StagedSource.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/EnclosureBuilder.h"

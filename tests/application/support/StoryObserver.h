@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "application/session/SessionObserver.h"
 #include "application/Words.h"
+#include "application/session/SessionObserver.h"
 #include "model/RAIDVolume.h"
 #include "platform/pelago/Application.h"
 
