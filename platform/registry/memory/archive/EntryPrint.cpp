@@ -24,41 +24,35 @@ enum SyntheticKey : std::size_t {
   SyntheticKeyCount
 };
 
-struct KeyText {
-  const char* text;
-  std::size_t size;
-};
-
-constexpr KeyText keyText(std::string_view key) { return {key.data(), key.size()}; }
-
-constexpr std::array<KeyText, SyntheticKeyCount> syntheticKeys = {
-    keyText("IORegistryEntryName"), keyText("IORegistryEntryLocation"),
-    keyText("IORegistryEntryID"),   keyText("IORegistryEntryChildren"),
-    keyText("IOObjectClass"),       keyText("IOObjectInheritance"),
-    keyText("IOObjectRetainCount"), keyText("IOServiceState"),
-    keyText("IOServiceBusyState"),  keyText("IOServiceBusyTime"),
+// The keys that ioreg adds: they are no properties.
+constexpr std::array<std::string_view, SyntheticKeyCount> syntheticKeys = {
+    "IORegistryEntryName",     "IORegistryEntryLocation", "IORegistryEntryID",
+    "IORegistryEntryChildren", "IOObjectClass",           "IOObjectInheritance",
+    "IOObjectRetainCount",     "IOServiceState",          "IOServiceBusyState",
+    "IOServiceBusyTime",
 };
 
 using SyntheticItems = std::array<plist_t, SyntheticKeyCount>;
 
-bool startsWith(plist_t key, std::string_view prefix) {
-  return plist_key_val_compare_with_size(key, prefix.data(), prefix.size()) == 0;
+// SyntheticKeyCount for a property's key.
+std::size_t syntheticKey(std::string_view key) {
+  if (key.size() < 2 || key[0] != 'I' || key[1] != 'O') return SyntheticKeyCount;
+  return static_cast<std::size_t>(std::find(syntheticKeys.begin(), syntheticKeys.end(), key) -
+                                  syntheticKeys.begin());
 }
 
-// The last item of each key: a key that is there twice means its last value, as for libplist when
-// it reads XML.
-SyntheticItems findSyntheticItems(plist_t dictionary) {
+// Of synthetic items with one key the last counts, as for libplist when it reads XML.
+SyntheticItems sortItems(plist_t dictionary, std::vector<PrintedProperty>& properties) {
   SyntheticItems found{};
+  properties.reserve(plist_dict_get_size(dictionary));
   DictionaryItems items(dictionary);
-  for (plist_t item = items.next(); item != nullptr; item = items.next()) {
-    const plist_t key = plist_dict_item_get_key(item);
-    if (!startsWith(key, "IO")) continue;
-    if (!startsWith(key, "IORegistryEntry") && !startsWith(key, "IOObject") &&
-        !startsWith(key, "IOService")) {
-      continue;
-    }
-    for (std::size_t i = 0; i < SyntheticKeyCount; ++i) {
-      if (plist_key_val_compare(key, syntheticKeys[i].text) == 0) found[i] = item;
+  for (auto item = items.next(); item.value != nullptr; item = items.next()) {
+    const std::string_view key(item.key.get());
+    const std::size_t synthetic = syntheticKey(key);
+    if (synthetic == SyntheticKeyCount) {
+      properties.push_back({std::string(key), item.value});
+    } else {
+      found[synthetic] = item.value;
     }
   }
   return found;
@@ -100,15 +94,20 @@ std::optional<std::uint32_t> readState(plist_t item, EntryID id) {
   return static_cast<std::uint32_t>(bits & 0xFFFFFFFFU);
 }
 
-void checkInheritance(plist_t item, EntryID id) {
-  if (item == nullptr) return;
-  const std::string reason =
-      entryText(id) + " has an IOObjectInheritance that is no array of strings";
-  if (!PLIST_IS_ARRAY(item)) throw Refusal(reason);
+std::vector<std::string> readInheritance(plist_t item, EntryID id) {
+  constexpr const char* reason = " has an IOObjectInheritance that is no array of strings";
+  std::vector<std::string> classes;
+  if (item == nullptr) return classes;
+  if (!PLIST_IS_ARRAY(item)) throw Refusal(entryText(id) + reason);
+  classes.reserve(plist_array_get_size(item) + std::size_t{1});
   ArrayElements elements(item);
   for (plist_t element = elements.next(); element != nullptr; element = elements.next()) {
-    if (!PLIST_IS_STRING(element)) throw Refusal(reason);
+    if (!PLIST_IS_STRING(element)) throw Refusal(entryText(id) + reason);
+    std::uint64_t size = 0;
+    const char* text = plist_get_string_ptr(element, &size);
+    classes.emplace_back(text, static_cast<std::size_t>(size));
   }
+  return classes;
 }
 
 void checkChildren(plist_t item, EntryID id) {
@@ -121,19 +120,12 @@ void checkChildren(plist_t item, EntryID id) {
 
 std::string entryText(EntryID id) { return "entry " + hexadecimal(id); }
 
-bool isSyntheticKey(std::string_view key) {
-  if (key.size() < 2 || key[0] != 'I' || key[1] != 'O') return false;
-  return std::any_of(syntheticKeys.begin(), syntheticKeys.end(), [key](const KeyText& synthetic) {
-    return key == std::string_view(synthetic.text, synthetic.size);
-  });
-}
-
 EntryPrint readPrint(plist_t dictionary, EntryID parent) {
   if (!PLIST_IS_DICT(dictionary)) {
     throw Refusal(placeText(parent) + " is no dictionary");
   }
-  const SyntheticItems items = findSyntheticItems(dictionary);
   EntryPrint print;
+  const SyntheticItems items = sortItems(dictionary, print.properties);
   print.id = readID(items[ID], parent);
   print.className = readString(items[Class], print.id, "IOObjectClass");
   if (print.className.empty()) throw Refusal(entryText(print.id) + " has no IOObjectClass");
@@ -141,28 +133,14 @@ EntryPrint readPrint(plist_t dictionary, EntryID parent) {
   print.name = items[Name] != nullptr ? name : print.className;
   print.location = readString(items[Location], print.id, "IORegistryEntryLocation");
   print.state = readState(items[State], print.id);
-  checkInheritance(items[Inheritance], print.id);
-  print.inheritance = items[Inheritance];
+  print.classes = readInheritance(items[Inheritance], print.id);
+  // An entry is of its own class whatever its chain ends in. An empty chain is as good as none.
+  if (!print.classes.empty() && print.classes.back() != print.className) {
+    print.classes.emplace_back(print.className);
+  }
   checkChildren(items[Children], print.id);
   print.children = items[Children];
   return print;
-}
-
-std::vector<std::string> readInheritance(const EntryPrint& print) {
-  std::vector<std::string> classes;
-  if (print.inheritance == nullptr) return classes;
-  classes.reserve(plist_array_get_size(print.inheritance) + std::size_t{1});
-  ArrayElements elements(print.inheritance);
-  for (plist_t element = elements.next(); element != nullptr; element = elements.next()) {
-    std::uint64_t size = 0;
-    const char* text = plist_get_string_ptr(element, &size);
-    classes.emplace_back(text, static_cast<std::size_t>(size));
-  }
-  // An entry is of its own class whatever its chain ends in. An empty chain is as good as none.
-  if (!classes.empty() && classes.back() != print.className) {
-    classes.emplace_back(print.className);
-  }
-  return classes;
 }
 
 }  // namespace MemoryRegistry

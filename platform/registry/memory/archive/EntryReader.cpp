@@ -15,14 +15,14 @@
 namespace MemoryRegistry {
 namespace {
 
-EntryDescription describe(const EntryPrint& print, plist_t dictionary) {
+EntryDescription describe(EntryPrint& print) {
   EntryDescription description;
   description.className = print.className;
   description.name = print.name;
   description.location = print.location;
-  description.inheritance = readInheritance(print);
+  description.inheritance = std::move(print.classes);
   description.state = print.state;
-  description.properties = readProperties(dictionary);
+  description.properties = readProperties(print);
   return description;
 }
 
@@ -53,8 +53,8 @@ class EntryReader {
     if (_levels.size() == deepestEntry) {
       throw Refusal("entries are nested deeper than " + decimal(deepestEntry) + " levels");
     }
-    const EntryPrint print = readPrint(dictionary, parent);
-    const std::size_t entry = place(print, dictionary);
+    EntryPrint print = readPrint(dictionary, parent);
+    const std::size_t entry = place(print);
     if (_isOpen[entry]) throw Refusal(entryText(print.id) + " is beneath itself");
     if (!_levels.empty()) link(_content, _levels.back().entry, entry);
     _levels.push_back({entry, ArrayElements(print.children)});
@@ -68,10 +68,10 @@ class EntryReader {
 
   // Where the entry stands in the content. The first print puts it there; of another one nothing
   // but the children counts.
-  std::size_t place(const EntryPrint& print, plist_t dictionary) {
+  std::size_t place(EntryPrint& print) {
     const auto [known, isNew] = _places.try_emplace(print.id, _content.entries.size());
     if (isNew) {
-      _content.entries.push_back({print.id, describe(print, dictionary), {}, {}});
+      _content.entries.push_back({print.id, describe(print), {}, {}});
       _isOpen.push_back(false);
     }
     return known->second;

@@ -17,17 +17,25 @@ struct FreeWithC {
 };
 using PropertyListText = std::unique_ptr<char, FreeWithC>;
 
-// Walks the items of a dictionary: `for (plist_t item = items.next(); item; item = items.next())`.
+// Walks the items of a dictionary: `for (auto item = items.next(); item.value; item =
+// items.next())`.
 class DictionaryItems {
  public:
+  struct Item {
+    PropertyListText key;  // libplist gives a key out as a copy only
+    plist_t value = nullptr;
+  };
+
   explicit DictionaryItems(plist_t dictionary) : _dictionary(dictionary) {
     plist_dict_iter iterator = nullptr;
     plist_dict_new_iter(dictionary, &iterator);
     _iterator.reset(iterator);
   }
-  plist_t next() {
-    plist_t item = nullptr;
-    plist_dict_next_item(_dictionary, _iterator.get(), nullptr, &item);
+  Item next() {
+    Item item;
+    char* key = nullptr;
+    plist_dict_next_item(_dictionary, _iterator.get(), &key, &item.value);
+    item.key.reset(key);
     return item;
   }
 
@@ -56,12 +64,5 @@ class ArrayElements {
   plist_t _array;
   std::unique_ptr<void, FreeWithC> _iterator;
 };
-
-// The key of an item. libplist gives a key out as a copy only.
-inline PropertyListText keyOf(plist_t item) {
-  char* key = nullptr;
-  plist_get_key_val(plist_dict_item_get_key(item), &key);
-  return PropertyListText(key);
-}
 
 }  // namespace MemoryRegistry

@@ -2,18 +2,16 @@
 
 #include <algorithm>
 #include <numeric>
-#include <string_view>
+#include <string>
+#include <utility>
 
 #include "platform/registry/memory/archive/ArchiveLimits.h"
-#include "platform/registry/memory/archive/EntryPrint.h"
 #include "platform/registry/memory/archive/PropertyList.h"
 #include "platform/registry/memory/archive/Refusal.h"
 #include "platform/registry/memory/archive/Text.h"
 
 namespace MemoryRegistry {
 namespace {
-
-enum class Keys { All, NotSynthetic };
 
 // Recursive; bounded by deepestValue.
 PropertyValue readValue(plist_t node, std::size_t depth);
@@ -40,20 +38,35 @@ void keepLastOfEachKey(Dictionary& dictionary) {
   dictionary = std::move(kept);
 }
 
-Dictionary readDictionary(plist_t node, Keys keys, std::size_t depth) {
-  Dictionary dictionary;
-  dictionary.reserve(plist_dict_get_size(node));
-  bool sorted = true;
-  DictionaryItems items(node);
-  for (plist_t item = items.next(); item != nullptr; item = items.next()) {
-    const PropertyListText text = keyOf(item);
-    const std::string_view key(text.get());
-    if (keys == Keys::NotSynthetic && isSyntheticKey(key)) continue;
-    sorted = sorted && (dictionary.empty() || dictionary.back().first < key);
-    dictionary.emplace_back(key, readValue(item, depth + 1));
+// A dictionary in the making.
+class DictionaryReader {
+ public:
+  explicit DictionaryReader(std::size_t size) { _dictionary.reserve(size); }
+
+  template <class Text>
+  void add(Text&& key, plist_t value, std::size_t depth) {
+    _dictionary.emplace_back(std::forward<Text>(key), readValue(value, depth));
+    const std::size_t size = _dictionary.size();
+    _sorted = _sorted && (size < 2 || _dictionary[size - 2].first < _dictionary[size - 1].first);
   }
-  if (!sorted) keepLastOfEachKey(dictionary);
-  return dictionary;
+
+  Dictionary take() {
+    if (!_sorted) keepLastOfEachKey(_dictionary);
+    return std::move(_dictionary);
+  }
+
+ private:
+  Dictionary _dictionary;
+  bool _sorted = true;
+};
+
+Dictionary readDictionary(plist_t node, std::size_t depth) {
+  DictionaryReader reader(plist_dict_get_size(node));
+  DictionaryItems items(node);
+  for (auto item = items.next(); item.value != nullptr; item = items.next()) {
+    reader.add(item.key.get(), item.value, depth + 1);
+  }
+  return reader.take();
 }
 
 Array readArray(plist_t node, std::size_t depth) {
@@ -93,7 +106,7 @@ PropertyValue readText(plist_t node) {
 
 PropertyValue readData(plist_t node) {
   std::uint64_t size = 0;
-  const char* bytes = plist_get_data_ptr(node, &size);
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(plist_get_data_ptr(node, &size));
   // libplist has no pointer for data without bytes.
   return bytes == nullptr ? Data() : Data(bytes, bytes + size);
 }
@@ -121,7 +134,7 @@ PropertyValue readValue(plist_t node, std::size_t depth) {
       return readArray(node, depth);
     case PLIST_DICT:
       checkDepth(depth);
-      return readDictionary(node, Keys::All, depth);
+      return readDictionary(node, depth);
     default:
       return Opaque{};
   }
@@ -129,6 +142,11 @@ PropertyValue readValue(plist_t node, std::size_t depth) {
 
 }  // namespace
 
-Dictionary readProperties(plist_t entry) { return readDictionary(entry, Keys::NotSynthetic, 0); }
+Dictionary readProperties(EntryPrint& print) {
+  DictionaryReader reader(print.properties.size());
+  for (PrintedProperty& property : print.properties)
+    reader.add(std::move(property.key), property.value, 1);
+  return reader.take();
+}
 
 }  // namespace MemoryRegistry

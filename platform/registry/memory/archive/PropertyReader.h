@@ -1,13 +1,12 @@
 #pragma once
 
-#include <plist/plist.h>
-
 #include "platform/registry/memory/PropertyValue.h"
+#include "platform/registry/memory/archive/EntryPrint.h"
 
 namespace MemoryRegistry {
 
-// The properties in the dictionary that prints an entry: all but the synthetic keys, in the order
-// of print. Throws Refusal on values nested too deeply.
-Dictionary readProperties(plist_t entry);
+// The properties of a print, in its order; of those with one key the last. Throws Refusal on values
+// nested too deeply. Takes the keys out of the print.
+Dictionary readProperties(EntryPrint& print);
 
 }  // namespace MemoryRegistry

@@ -9,10 +9,14 @@ namespace {
 
 using Byte = unsigned char;
 
+constexpr std::size_t blockSize = 64;
+
 bool isASCIIBlock(const Byte* text) {
-  std::uint64_t words[4];
+  std::uint64_t words[blockSize / sizeof(std::uint64_t)];
   std::memcpy(words, text, sizeof words);
-  return ((words[0] | words[1] | words[2] | words[3]) & 0x8080808080808080U) == 0;
+  const std::uint64_t bits =
+      (words[0] | words[1]) | (words[2] | words[3]) | (words[4] | words[5]) | (words[6] | words[7]);
+  return (bits & 0x8080808080808080U) == 0;
 }
 
 bool isContinuation(Byte byte) { return (byte & 0xC0U) == 0x80U; }
@@ -42,8 +46,8 @@ bool isUTF8(const char* text, std::size_t size) {
   const auto* bytes = reinterpret_cast<const Byte*>(text);
   std::size_t at = 0;
   while (at < size) {
-    if (size - at >= 32 && isASCIIBlock(bytes + at)) {
-      at += 32;
+    if (size - at >= blockSize && isASCIIBlock(bytes + at)) {
+      at += blockSize;
       continue;
     }
     const std::size_t length = sequenceLength(bytes + at, size - at);

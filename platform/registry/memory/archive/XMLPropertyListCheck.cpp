@@ -11,6 +11,7 @@
 #include "platform/registry/memory/archive/Refusal.h"
 #include "platform/registry/memory/archive/Text.h"
 #include "platform/registry/memory/archive/XMLScalars.h"
+#include "platform/registry/memory/archive/XMLTags.h"
 
 namespace MemoryRegistry {
 namespace {
@@ -20,50 +21,6 @@ namespace {
 constexpr std::uint64_t largestReferenceCost = 4'000'000'000;
 constexpr std::uint64_t largestLookUpCost = 4'000'000'000;
 constexpr std::size_t ordinaryDictionary = 500;
-
-enum class Element {
-  None,
-  PList,
-  Dictionary,
-  Array,
-  Key,
-  String,
-  Integer,
-  Real,
-  Date,
-  Data,
-  Boolean
-};
-
-// A name of up to eight letters as a number, so that comparing names is comparing numbers.
-constexpr std::uint64_t packed(std::string_view name) {
-  std::uint64_t word = 0;
-  for (const char c : name)
-    word = word << 8U | static_cast<unsigned char>(c);
-  return word;
-}
-
-struct ElementName {
-  std::uint64_t name;
-  Element element;
-};
-
-// The frequent ones first.
-constexpr ElementName elementNames[] = {
-    {packed("key"), Element::Key},       {packed("integer"), Element::Integer},
-    {packed("string"), Element::String}, {packed("true"), Element::Boolean},
-    {packed("false"), Element::Boolean}, {packed("dict"), Element::Dictionary},
-    {packed("array"), Element::Array},   {packed("data"), Element::Data},
-    {packed("real"), Element::Real},     {packed("date"), Element::Date},
-    {packed("plist"), Element::PList},
-};
-
-struct Tag {
-  const ElementName* name = nullptr;
-  bool isEnd = false;
-  bool isEmpty = false;
-  Element element() const { return name == nullptr ? Element::None : name->element; }
-};
 
 struct Container {
   Element element = Element::None;
@@ -126,21 +83,27 @@ class Check {
     _at += found + end.size();
   }
 
-  // Indentation is more than half of what ioreg prints.
-  void skipTabs() {
-    constexpr std::uint64_t eightTabs = 0x0909090909090909U;
-    std::uint64_t word = 0;
-    while (left() >= sizeof word) {
-      std::memcpy(&word, _at, sizeof word);
-      if (word != eightTabs) return;
-      _at += sizeof word;
+  // A line's end and the next line's indentation, which is more than half of what ioreg prints.
+  void skipIndentation() {
+    const char* at = _at;
+    if (at != _end && *at == '\n') ++at;
+    while (static_cast<std::size_t>(_end - at) >= sizeof(Word)) {
+      const std::size_t tabs = leadingTabs(wordAt(at));
+      at += tabs;
+      if (tabs < sizeof(Word)) break;
     }
+    _at = at;
   }
 
   void skipBlanksAndComments() {
+    skipIndentation();
+    const bool isUsualTag = left() > 1 && *_at == '<' && _at[1] != '!' && _at[1] != '?';
+    if (!isUsualTag) skipUnusual();
+  }
+
+  // Whatever else stands between elements. Apart, so that the usual way stays short.
+  [[gnu::noinline]] void skipUnusual() {
     while (_at != _end) {
-      if (*_at == '\t') skipTabs();
-      if (_at == _end) return;
       if (isBlank(*_at)) {
         ++_at;
       } else if (*_at == '<' && left() > 1 && _at[1] == '!' && startsWith("<!--")) {
@@ -169,9 +132,26 @@ class Check {
 
   // ---- Tags ----
 
+  static constexpr std::size_t longestUsualTag = sizeof("</") - 1 + sizeof(Word);
+
   Tag readTag() {
     if (_at == _end) failAtEnd();
     if (*_at != '<') fail("text stands between elements");
+    if (left() >= longestUsualTag) {
+      const bool isEnd = _at[1] == '/';
+      const char* const text = _at + (isEnd ? 2 : 1);
+      const Word word = wordAt(text);
+      for (const ElementName& name : elementNames) {
+        if (!name.startsTag(word)) continue;
+        _at = text + name.tagSize();
+        return {&name, isEnd, false};
+      }
+    }
+    return readUnusualTag();
+  }
+
+  // Letter by letter.
+  [[gnu::noinline]] Tag readUnusualTag() {
     ++_at;
     Tag tag;
     if (_at != _end && *_at == '/') {
@@ -194,14 +174,11 @@ class Check {
 
   const ElementName* readName() {
     const char* const begin = _at;
-    std::uint64_t name = 0;
-    for (; _at != _end && *_at >= 'a' && *_at <= 'z'; ++_at) {
-      name = name << 8U | static_cast<unsigned char>(*_at);
-    }
-    if (_at - begin <= 8) {
-      for (const ElementName& candidate : elementNames) {
-        if (candidate.name == name) return &candidate;
-      }
+    while (_at != _end && *_at >= 'a' && *_at <= 'z')
+      ++_at;
+    const std::string_view name(begin, static_cast<std::size_t>(_at - begin));
+    for (const ElementName& candidate : elementNames) {
+      if (candidate.name() == name) return &candidate;
     }
     if (_at == _end) failAtEnd();
     fail("a tag that property lists don't have");
@@ -229,7 +206,7 @@ class Check {
     if (end.element() != Element::PList || !end.isEnd) fail("</plist> is missing");
   }
 
-  void readElement(const Tag& tag) {
+  void readElement(Tag tag) {
     if (tag.isEnd) return close(tag);
     if (tag.element() == Element::Key) return readKey(tag);
     if (!_open.empty() && _open.back().element == Element::Dictionary) {
@@ -249,7 +226,7 @@ class Check {
     }
   }
 
-  void open(const Tag& tag) {
+  void open(Tag tag) {
     if (tag.isEmpty) return;
     if (_open.size() == deepestContainer) {
       throw Refusal("is nested deeper than " + decimal(deepestEntry) + " levels");
@@ -259,7 +236,7 @@ class Check {
     _open.push_back(container);
   }
 
-  void close(const Tag& tag) {
+  void close(Tag tag) {
     if (_open.empty() || tag.element() != _open.back().element)
       fail("an end tag without its begin");
     const Container& container = _open.back();
@@ -271,7 +248,7 @@ class Check {
     _open.pop_back();
   }
 
-  void readKey(const Tag& tag) {
+  void readKey(Tag tag) {
     if (_open.empty() || _open.back().element != Element::Dictionary || _open.back().hasKey) {
       fail("a key out of place");
     }
@@ -285,7 +262,7 @@ class Check {
     _cost += keyCost + 2 * length;
   }
 
-  void readScalar(const Tag& tag) {
+  void readScalar(Tag tag) {
     const std::string_view text = tag.isEmpty ? std::string_view() : readText(tag);
     switch (tag.element()) {
       case Element::Integer:
@@ -309,29 +286,40 @@ class Check {
   // ---- Text ----
 
   // The raw text of an element up to its end tag, which is read too.
-  std::string_view readText(const Tag& tag) {
+  std::string_view readText(Tag tag) {
     const char* const begin = _at;
     std::uint64_t references = 0;
     while (true) {
       const char* const piece = _at;
       _at = find(_at, '<');
-      references += countReferences(piece, tag);
+      if (_reference < _at) references += countReferences(piece, tag);
       if (left() > 1 && _at[1] == '/') break;
       skipWithinText(tag);
     }
     const std::string_view text(begin, static_cast<std::size_t>(_at - begin));
-    _referenceCost += references * text.size();
-    if (_referenceCost > largestReferenceCost) throw Refusal("has a text with too many references");
-    const Tag end = readTag();
-    if (end.name != tag.name) fail("an end tag without its begin");
+    if (references != 0) countReferenceCost(references * text.size());
+    readEndTag(tag);
     return text;
   }
 
-  static bool isText(const Tag& tag) {
+  void readEndTag(Tag begin) {
+    if (left() >= longestUsualTag && begin.name->startsTag(wordAt(_at + 2))) {
+      _at += 2 + begin.name->tagSize();
+    } else if (readTag().name != begin.name) {
+      fail("an end tag without its begin");
+    }
+  }
+
+  void countReferenceCost(std::uint64_t cost) {
+    _referenceCost += cost;
+    if (_referenceCost > largestReferenceCost) throw Refusal("has a text with too many references");
+  }
+
+  static bool isText(Tag tag) {
     return tag.element() == Element::String || tag.element() == Element::Key;
   }
 
-  void skipWithinText(const Tag& tag) {
+  [[gnu::noinline]] void skipWithinText(Tag tag) {
     if (isText(tag) && startsWith("<!--")) return skipMarked("<!--", "-->");
     if (isText(tag) && startsWith("<![CDATA[")) return skipMarked("<![CDATA[", "]]>");
     if (left() < 9) failAtEnd();
@@ -339,7 +327,7 @@ class Check {
   }
 
   // Those from `piece` to here, each checked.
-  std::uint64_t countReferences(const char* piece, const Tag& tag) {
+  [[gnu::noinline]] std::uint64_t countReferences(const char* piece, Tag tag) {
     if (_reference < piece) findReference(piece);
     std::uint64_t count = 0;
     for (; _reference < _at; findReference(_reference + 1)) {
