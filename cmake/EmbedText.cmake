@@ -1,6 +1,6 @@
-# embed_text(OUT SYMBOL HEADER FILE...): writes, while building, a source file OUT that includes HEADER
-# and defines SYMBOL, an array with one EmbeddedText for each FILE in the order given, and
-# SYMBOLCount, their number. SYMBOL may be qualified (Some::names). HEADER declares, in the same
+# raidmonitoring_embed_text(OUT SYMBOL HEADER FILE...): writes, while building, a source file OUT that
+# includes HEADER and defines SYMBOL, an array with one EmbeddedText for each FILE in the order given,
+# and SYMBOLCount, their number. SYMBOL may be qualified (Some::names). HEADER declares, in the same
 # namespace:
 #   struct EmbeddedText {
 #     std::string_view name;                // of the file, without its folder
@@ -10,7 +10,7 @@
 #   extern const EmbeddedText SYMBOL[];
 #   extern const std::size_t SYMBOLCount;
 # Text files only. Pieces, because no compiler owes us a literal of more than 65,536 bytes.
-function(embed_text out symbol header)
+function(raidmonitoring_embed_text out symbol header)
   add_custom_command(
     OUTPUT ${out}
     COMMAND ${CMAKE_COMMAND} -DOUT=${out} -DSYMBOL=${symbol} -DHEADER=${header} "-DFILES=${ARGN}"

@@ -1,16 +1,17 @@
 # The libraries: the framework, off macOS the in-memory registry, and the product on top. Shared ones,
 # unless BUILD_SHARED_LIBS says otherwise.
 
-include(PublicHeaders)
+include(cmake/PublicHeaders.cmake)
 
 set(library_type SHARED)
 if(DEFINED BUILD_SHARED_LIBS AND NOT BUILD_SHARED_LIBS)
   set(library_type STATIC)
 endif()
 
-# restrict_exports(TARGET): what templates of the standard library leave in the objects is no part of
-# a shared library's interface. The lists name the namespaces; within them visibility decides.
-function(restrict_exports target)
+# raidmonitoring_restrict_exports(TARGET): what templates of the standard library leave in the objects
+# is no part of a shared library's interface. The lists name the namespaces; within them visibility
+# decides.
+function(raidmonitoring_restrict_exports target)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports/${target})
   if(NOT library_type STREQUAL "SHARED")
     return()
@@ -23,10 +24,10 @@ function(restrict_exports target)
   endif()
 endfunction()
 
-# make_library(NAME EXPORT_FOLDER EXPORT_BASE HEADERS headers... OBJECTS layers...): the library
-# RAIDMonitoring::NAME of the objects of layers, with its public headers and its export header
+# raidmonitoring_make_library(NAME EXPORT_FOLDER EXPORT_BASE HEADERS headers... OBJECTS layers...): the
+# library RAIDMonitoring::NAME of the objects of layers, with its public headers and its export header
 # generated/EXPORT_FOLDER/EXPORT_BASEExport.h, which defines EXPORT_BASE_EXPORT.
-function(make_library name export_folder export_base)
+function(raidmonitoring_make_library name export_folder export_base)
   cmake_parse_arguments(PARSE_ARGV 3 library "" "" "HEADERS;OBJECTS")
   add_library(${name} ${library_type})
   add_library(RAIDMonitoring::${name} ALIAS ${name})
@@ -43,7 +44,7 @@ function(make_library name export_folder export_base)
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     INSTALL_RPATH "$<IF:$<BOOL:${APPLE}>,@loader_path,$ORIGIN>")
-  add_export_header(${name} ${export_folder} ${export_base})
+  raidmonitoring_add_export_header(${name} ${export_folder} ${export_base})
   target_sources(${name}
     INTERFACE
       FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
@@ -52,7 +53,7 @@ function(make_library name export_folder export_base)
     INTERFACE
       FILE_SET generated_headers TYPE HEADERS BASE_DIRS ${PROJECT_BINARY_DIR}/generated
       FILES ${PROJECT_BINARY_DIR}/generated/${export_folder}/${export_base}Export.h)
-  restrict_exports(${name})
+  raidmonitoring_restrict_exports(${name})
 endfunction()
 
 list(TRANSFORM pelago_headers PREPEND ${PROJECT_SOURCE_DIR}/)
@@ -61,21 +62,26 @@ list(TRANSFORM raidmonitoring_headers PREPEND ${PROJECT_SOURCE_DIR}/)
 
 set(raidmonitoring_libraries RAIDMonitoring)
 if(RAIDMONITORING_PELAGO STREQUAL "own")
-  make_library(Pelago platform/pelago Pelago HEADERS ${pelago_headers} OBJECTS pelago_objects)
+  raidmonitoring_make_library(Pelago platform/pelago Pelago
+    HEADERS ${pelago_headers} OBJECTS raidmonitoring_pelago_objects)
   list(APPEND raidmonitoring_libraries Pelago)
 endif()
 
 if(RAIDMONITORING_REGISTRY STREQUAL "memory")
-  make_library(RAIDMonitoringRegistry platform/registry/memory MemoryRegistry
-    HEADERS ${memory_registry_headers} OBJECTS memory_registry_objects)
+  raidmonitoring_make_library(RAIDMonitoringRegistry platform/registry/memory MemoryRegistry
+    HEADERS ${memory_registry_headers} OBJECTS raidmonitoring_memory_registry_objects)
   list(APPEND raidmonitoring_libraries RAIDMonitoringRegistry)
   set(registry RAIDMonitoringRegistry)
 else()
   set(registry "-framework IOKit" "-framework CoreFoundation")
 endif()
 
-make_library(RAIDMonitoring . RAIDMonitoring HEADERS ${raidmonitoring_headers}
-  OBJECTS monitor_objects thunderbolt_objects model_objects registry_utilities_objects)
+raidmonitoring_make_library(RAIDMonitoring . RAIDMonitoring HEADERS ${raidmonitoring_headers}
+  OBJECTS
+    raidmonitoring_monitor_objects
+    raidmonitoring_thunderbolt_objects
+    raidmonitoring_model_objects
+    raidmonitoring_registry_utilities_objects)
 target_link_libraries(RAIDMonitoring PUBLIC ${pelago_library} ${registry})
 if(pelago_include)
   # An installed library names the folder too, unless it lies within this project, which CMake refuses.

@@ -1,4 +1,4 @@
-# Run by embed_text(), see EmbedText.cmake. Arguments: OUT, SYMBOL, HEADER, FILES.
+# Run by raidmonitoring_embed_text(), see EmbedText.cmake. Arguments: OUT, SYMBOL, HEADER, FILES.
 cmake_minimum_required(VERSION 3.25)
 set(piece_limit 60000)
 

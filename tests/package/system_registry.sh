@@ -45,7 +45,7 @@ fi
 
 # The in-memory registry, which can be built there too, has no symbol of the system's: all of its are
 # mangled.
-for object in "$BUILD"/platform/registry/memory/CMakeFiles/memory_registry_objects.dir/*.o; do
+for object in "$BUILD"/platform/registry/memory/CMakeFiles/raidmonitoring_memory_registry_objects.dir/*.o; do
   plain=$(nm --defined-only -g "$object" | awk '{ print $3 }' | grep -E '^_*(k?CF|k?IO)' || true)
   [ -z "$plain" ] || fail "${object##*/} defines $plain"
 done
