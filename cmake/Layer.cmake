@@ -9,7 +9,9 @@ function(raidmonitoring_add_layer name)
     POSITION_INDEPENDENT_CODE ON
     CXX_EXTENSIONS OFF
     CXX_VISIBILITY_PRESET hidden
-    VISIBILITY_INLINES_HIDDEN ON)
+    VISIBILITY_INLINES_HIDDEN ON
+    # Each file has names of its own, whatever an outer project prefers for its files.
+    UNITY_BUILD OFF)
 endfunction()
 
 # raidmonitoring_add_export_header(TARGET FOLDER BASE): generated/FOLDER/BASEExport.h with BASE_EXPORT,

@@ -1,19 +1,46 @@
 #!/usr/bin/env bash
-# A project fetches the library into its own build, linked statically, and is left as it was.
+# A project has the library within its own build and is left as it was: by add_subdirectory with shared
+# libraries, and fetched with static ones, which it installs along with itself.
 . "$(dirname "$0")/common.sh"
 
-fresh subproject
-quietly "$CMAKE" -S "$SOURCES/tests/package/outside" -B . -DRAIDMONITORING_SOURCES="$SOURCES" \
-  -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
-quietly "$CMAKE" --build . -j 2
-expect_example ./watch_volumes
+# build HOW [OPTIONS...]: the outer project in a folder of that name.
+build() {
+  local how=$1
+  shift
+  fresh "subproject-$how"
+  quietly "$CMAKE" -S "$SOURCES/tests/package/outside" -B . -DHOW="$how" \
+    -DRAIDMONITORING_SOURCES="$SOURCES" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_CXX_FLAGS_DEBUG="-O0" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON "$@"
+  quietly "$CMAKE" --build . -j 2
+  expect_example ./programs/watch_volumes
 
-# The library's own warnings and folders are not the outer project's.
-grep -A2 '"command".*WatchVolumes.cpp' compile_commands.json >command.txt
-if grep -qE -- '-Werror|-Wold-style-cast' command.txt; then fail "warnings leak: $(cat command.txt)"; fi
-[ -z "$(find . -name 'lib*.so')" ] || fail "a shared library was built"
-if ldd ./watch_volumes | grep -qE 'Pelago|RAIDMonitoring'; then fail "the program is not static"; fi
+  # The library's own warnings, definitions and standard are not the outer project's, nor the reverse.
+  grep -A2 '"command".*WatchVolumes.cpp' compile_commands.json >command.txt
+  if grep -qE -- '-Werror|-Wold-style-cast' command.txt; then fail "warnings leak: $(cat command.txt)"; fi
+  grep -q -- '-std=gnu++20' command.txt || fail "the outer project's standard is changed: $(cat command.txt)"
+  ctest -N | grep -q 'Total Tests: 1$' || fail "the outer project's tests are not its own: $(ctest -N)"
+}
 
-# Nothing of the library is installed with the outer project.
+build subdirectory
 quietly "$CMAKE" --install . --prefix "$PWD/installed"
-[ ! -e installed ] || fail "the outer project installs $(find installed -type f)"
+[ "$(cd installed && find . -type f)" = ./bin/watch_volumes ] ||
+  fail "with the outer project is installed: $(find installed -type f)"
+
+build fetched -DBUILD_SHARED_LIBS=OFF -DRAIDMONITORING_INSTALL=ON
+[ -z "$(find . -name 'lib*.so*')" ] || fail "a shared library was built"
+if ldd programs/watch_volumes | grep -qE 'Pelago|RAIDMonitoring'; then fail "the program is not static"; fi
+
+# Installed static libraries are found, and are enough.
+prefix=$PWD/installed
+quietly "$CMAKE" --install . --prefix "$prefix"
+quietly "$CMAKE" -S "$SOURCES/examples" -B found -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$CXX"
+quietly "$CMAKE" --build found
+expect_example found/watch_volumes
+PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name RAIDMonitoring.pc)")
+export PKG_CONFIG_PATH
+# Words on purpose: these are lists of options.
+# shellcheck disable=SC2046
+quietly "$CXX" -std=c++17 $(pkg-config --static --cflags RAIDMonitoring) -I"$SOURCES/examples" \
+  "$SOURCES/examples/WatchVolumes.cpp" "$SOURCES/examples/memory/Enclosure.cpp" \
+  -o by_pkg_config $(pkg-config --static --libs RAIDMonitoring)
+expect_example ./by_pkg_config
