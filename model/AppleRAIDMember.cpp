@@ -82,7 +82,7 @@ std::string AppleRAIDMember::UUIDFromEntry(io_registry_entry_t entry) {
 // class, a RAID set that is itself a member included; the later searches do neither.
 io_registry_entry_t AppleRAIDMember::findRegistryEntry() const {
   const auto bridge = RegistryHandle::adopt(
-      IORegistryEntryFromPath(kIOMasterPortDefault, _volume->host()->pciBridgePath().c_str()));
+      IORegistryEntryFromPath(registryPort, _volume->host()->pciBridgePath().c_str()));
   if (!bridge) {
     Logger::Message("RAIDMonitor",
                     "AppleRAIDMember::findRegistryEntry - couldn't find PCI Bridge registry entry");
@@ -107,7 +107,7 @@ io_registry_entry_t AppleRAIDMember::findRegistryEntry() const {
 io_registry_entry_t AppleRAIDMember::entryFromUUID() const {
   // Kept on purpose: each look-up leaves one reference on the bridge.
   const io_registry_entry_t bridge =
-      IORegistryEntryFromPath(kIOMasterPortDefault, _volume->host()->pciBridgePath().c_str());
+      IORegistryEntryFromPath(registryPort, _volume->host()->pciBridgePath().c_str());
   if (bridge == 0) {
     Logger::Message("RAIDMonitor",
                     "AppleRAIDMember::entryFromUUID - Cannot find back the PCI Bridge object");

@@ -66,7 +66,7 @@ std::string RAIDVolume::UUIDFromEntry(io_registry_entry_t entry) {
 io_registry_entry_t RAIDVolume::entryFromUUID() const {
   // Kept on purpose: each look-up leaves one reference on the bridge.
   const io_registry_entry_t bridge =
-      IORegistryEntryFromPath(kIOMasterPortDefault, _host->pciBridgePath().c_str());
+      IORegistryEntryFromPath(registryPort, _host->pciBridgePath().c_str());
   if (bridge == 0) {
     // The texts name "EntryFromUUID", with a capital E: readers of the log match on them.
     Logger::Message("RAIDMonitor",

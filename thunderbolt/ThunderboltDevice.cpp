@@ -80,8 +80,7 @@ io_registry_entry_t ThunderboltDevice::findRegistryEntry() const {
   CFDictionarySetValue(properties.get(), CFSTR(kSwitchUIDKey), number.get());
   CFDictionarySetValue(matching.get(), CFSTR(kPropertyMatchKey), properties.get());
   // Consumes the dictionary.
-  const io_service_t service =
-      IOServiceGetMatchingService(kIOMasterPortDefault, matching.release());
+  const io_service_t service = IOServiceGetMatchingService(registryPort, matching.release());
   if (service == 0) {
     Logger::Message("RAIDMonitor",
                     "ThunderboltDevice::findRegistryEntry() - Thunderbolt device with UUID "

@@ -101,8 +101,7 @@ std::optional<std::string> findBridgePath(io_registry_entry_t upstreamPort) {
                     "Device property");
     return std::nullopt;
   }
-  auto pathEntry =
-      RegistryHandle::adopt(IORegistryEntryFromPath(kIOMasterPortDefault, portPath.c_str()));
+  auto pathEntry = RegistryHandle::adopt(IORegistryEntryFromPath(registryPort, portPath.c_str()));
   if (!pathEntry) {
     Logger::Message("RAIDMonitor", "ThunderboltDevice:: Cannot create entry");
     return std::nullopt;
@@ -189,8 +188,7 @@ void ThunderboltDevice::waitForPCIBridge(io_registry_entry_t upstreamPort) {
                 static_cast<unsigned long long>(_uid));
   const auto path = findBridgePath(upstreamPort);
   RegistryHandle bridge;
-  if (path)
-    bridge = RegistryHandle::adopt(IORegistryEntryFromPath(kIOMasterPortDefault, path->c_str()));
+  if (path) bridge = RegistryHandle::adopt(IORegistryEntryFromPath(registryPort, path->c_str()));
   if (!bridge) return lookAgain(this, PollingEvent::PCIBridge, std::move(held));
   _pciBridgePath = *path;
   Logger::Debug("Thunderbolt device", "The _pciBridgePath  path is  %s", _pciBridgePath.c_str());

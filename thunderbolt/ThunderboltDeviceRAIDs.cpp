@@ -79,8 +79,7 @@ bool spansControllers(io_registry_entry_t stripeSet) {
 
 std::set<RAIDVolume*> ThunderboltDevice::findRAIDs() {
   // Kept on purpose: each search leaves one reference on the bridge.
-  const io_registry_entry_t bridge =
-      IORegistryEntryFromPath(kIOMasterPortDefault, _pciBridgePath.c_str());
+  const io_registry_entry_t bridge = IORegistryEntryFromPath(registryPort, _pciBridgePath.c_str());
   if (bridge == 0) {
     Logger::Message("RAIDMonitor",
                     "ThunderboltDevice::findRAIDs - Cannot find back the PCI Bridge object");

@@ -171,8 +171,8 @@ int searchBridgeMapped(io_iterator_t iterator, int slot) {
 int ThunderboltDevice::locationOfMember(RAIDMember* member, bool inferSlot) {
   const Layout layout = layoutOf(*this);
   if (layout == Layout::None) return -1;
-  auto entry = RegistryHandle::adopt(
-      IORegistryEntryFromPath(kIOMasterPortDefault, registryPathOf(member).c_str()));
+  auto entry =
+      RegistryHandle::adopt(IORegistryEntryFromPath(registryPort, registryPathOf(member).c_str()));
   if (layout == Layout::BridgeMapped) return bridgeMappedSlot(entry.get());
   const int result = twoBaySlot(entry.get());
   entry.reset();
@@ -198,8 +198,7 @@ int ThunderboltDevice::locationOfNotMember(int slot) {
   if (layout == Layout::None) return -1;
   // Kept on purpose: each search leaves one reference on the bridge. Both texts name other
   // operations than this one; readers of the log match on them.
-  const io_registry_entry_t bridge =
-      IORegistryEntryFromPath(kIOMasterPortDefault, _pciBridgePath.c_str());
+  const io_registry_entry_t bridge = IORegistryEntryFromPath(registryPort, _pciBridgePath.c_str());
   if (bridge == 0) {
     Logger::Message("RAIDMonitor",
                     "ThunderboltDevice::locationOfMember - cannot find member registry entry");

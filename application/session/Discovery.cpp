@@ -65,8 +65,8 @@ Pelago::Device thunderboltDevice(std::uint64_t uid) {
 
 std::optional<UIDs> Discovery::devicesInRegistry() {
   RegistryHandle iterator;
-  if (IORegistryCreateIterator(kIOMasterPortDefault, kServicePlane, kIORegistryIterateRecursively,
-                               iterator.receive()) != KERN_SUCCESS ||
+  if (IORegistryCreateIterator(RAIDMonitoring::registryPort, kServicePlane,
+                               kIORegistryIterateRecursively, iterator.receive()) != KERN_SUCCESS ||
       !iterator) {
     return std::nullopt;
   }

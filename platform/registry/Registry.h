@@ -19,3 +19,11 @@
 #else
 #include "platform/registry/memory/MemoryRegistrySeam.h"
 #endif
+
+namespace RAIDMonitoring {
+
+// The port that every look-up is made at: 0, which means the default one. IOKit's constant of that
+// value goes by another name from macOS 12 on, which deprecates the old one.
+inline constexpr mach_port_t registryPort = 0;
+
+}  // namespace RAIDMonitoring

@@ -18,6 +18,14 @@ quietly() {
   "$@" >quietly.log 2>&1 || { cat quietly.log >&2; fail "failed: $*"; }
 }
 
+# public_headers: the list that the installation goes by, also for the other registry.
+public_headers() {
+  local headers
+  headers=$(grep -oE '[a-z/]+/[A-Za-z]+\.h' "$SOURCES/cmake/PublicHeaders.cmake")
+  [ "$(wc -w <<<"$headers")" -ge 30 ] || fail "the list of public headers was not understood"
+  echo "$headers"
+}
+
 # expect_example PROGRAM: runs the example and compares what it says.
 expect_example() {
   "$@" >example.txt

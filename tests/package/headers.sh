@@ -3,9 +3,8 @@
 . "$(dirname "$0")/common.sh"
 
 fresh headers
-# The list that the installation goes by.
-headers=$(sed -nE 's|^ *([a-z/]+/[A-Za-z]+\.h)\)?$|\1|p' "$SOURCES/cmake/PublicHeaders.cmake" | grep -v /iokit/)
-[ "$(wc -w <<<"$headers")" -ge 30 ] || fail "the list of public headers was not understood"
+# The system's own registry has a test of its own, system_registry.sh.
+headers=$(public_headers | grep -v /iokit/)
 
 warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast -Wformat=2 -Werror)
 status=0

@@ -4,6 +4,11 @@
 . "$(dirname "$0")/common.sh"
 
 fresh system-registry
+# What a build on the system's registry compiles.
+quietly "$CMAKE" -S "$SOURCES" -B sources -DRAIDMONITORING_REGISTRY=iokit \
+  -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+sources=$(grep -oE "\"file\": \"[^\"]+" sources/compile_commands.json | cut -d '"' -f 4)
+
 cd "$SOURCES"
 warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast -Wformat=2 -Werror)
 
@@ -14,9 +19,9 @@ sed -E 's/^typedef (signed|unsigned) long int (__u?int64_t);/typedef \1 long lon
   >"$WORK/system-registry/types/bits/types.h"
 if cmp -s "$types" "$WORK/system-registry/types/bits/types.h"; then fail "the types were not exchanged"; fi
 
-# compile MINIMUM_SYSTEM OPTION FILES...
+# compile MINIMUM_SYSTEM BOOLEAN FILES...: with a boolean_t as on x86_64 (UNSIGNED) or on arm64 (SIGNED).
 compile() {
-  local system=$1 option=$2
+  local system=$1 option=-DFAKE_$2_BOOLEAN
   shift 2
   printf '%s\n' "$@" | xargs -P 2 -I{} clang++ -std=c++17 -fsyntax-only "${warnings[@]}" -I. -Iexamples -I"$BUILD/generated" \
     -isystem tests/package/fake-sdk -isystem "$WORK/system-registry/types" -DRAIDMONITORING_REGISTRY_IOKIT \
@@ -24,24 +29,26 @@ compile() {
     fail "does not compile for macOS ${system%0000}"
 }
 
-sources=(monitor/*.cpp model/*.cpp thunderbolt/*.cpp platform/pelago/*.cpp platform/registry/*.cpp
-  application/session/Discovery.cpp application/registries/LiveRegistry.cpp application/registries/LiveSource.cpp
-  examples/iokit/*.cpp)
-compile 110000 -DFAKE_UNSIGNED_BOOLEAN "${sources[@]}"
-
-# The rest is the same for every system but where the registry's main port is named.
-mapfile -t with_port < <(grep -l kIOMasterPortDefault "${sources[@]}")
-[ "${#with_port[@]}" -ge 4 ] || fail "hardly a file names the main port"
-for system in 120000 150000; do
-  compile "$system" -DFAKE_SIGNED_BOOLEAN "${with_port[@]}"
+# The library for the oldest system and the newest, the program, which asks the
+# system for nothing, for one, and the public headers by themselves.
+mapfile -t library < <(grep -v "^$SOURCES/application/" <<<"$sources")
+mapfile -t program < <(grep "^$SOURCES/application/" <<<"$sources")
+[ "${#library[@]}" -ge 35 ] && [ "${#program[@]}" -ge 25 ] || fail "the sources were not found"
+for header in $(public_headers | grep -v /memory/); do
+  alone=$WORK/system-registry/alone-${header//\//-}.cpp
+  echo "#include \"$header\"" >"$alone"
+  library+=("$alone")
 done
+compile 110000 UNSIGNED "${library[@]}" examples/iokit/*.cpp
+compile 150000 SIGNED "${library[@]}" "${program[@]}"
 
-# The stand-in is one that would notice: the old name, without its alias, is an error there.
-echo '#include <IOKit/IOKitLib.h>
-unsigned port() { return kIOMasterPortDefault; }' >"$WORK/system-registry/deprecated.cpp"
-if (compile 120000 -DFAKE_SIGNED_BOOLEAN "$WORK/system-registry/deprecated.cpp") 2>/dev/null; then
-  fail "what is deprecated passes"
-fi
+# The stand-in is one that would notice: what is deprecated is an error there, and what is too new.
+refused() {
+  printf '#include <IOKit/IOKitLib.h>\nunsigned port() { return %s; }\n' "$1" >"$WORK/system-registry/refused.cpp"
+  if (compile "$2" SIGNED "$WORK/system-registry/refused.cpp") 2>/dev/null; then fail "$1 passes for macOS $2"; fi
+}
+refused kIOMasterPortDefault 120000
+refused kIOMainPortDefault 110000
 
 # The in-memory registry, which can be built there too, has no symbol of the system's: all of its are
 # mangled.
