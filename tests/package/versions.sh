@@ -10,6 +10,13 @@ said=$("$PREFIX/bin/raidmonitor" --version)
 [ "$said" = "raidmonitor $VERSION" ] || fail "the program says $said"
 grep -q "\"raidmonitor $VERSION\"" "$PREFIX/share/man/man1/raidmonitor.1" || fail "the man page says another version"
 
+# What people read says the same: the newest entry of the changelog, and the major version to look for.
+newest=$(grep -E '^## \[[0-9]' "$SOURCES/CHANGELOG.md" | head -1)
+[[ $newest =~ ^"## [$VERSION] - "[0-9]{4}-[0-9]{2}-[0-9]{2}$ ]] || fail "the changelog's newest version: $newest"
+[[ $VERSION =~ ^(0|[1-9][0-9]*)\.(0|[1-9][0-9]*)\.(0|[1-9][0-9]*)$ ]] || fail "no semantic version: $VERSION"
+asked=$(grep -rhoE 'find_package\(RAIDMonitoring [0-9.]+' "$SOURCES"/*.md "$SOURCES/docs" "$SOURCES/examples" | sort -u)
+[ "$asked" = "find_package(RAIDMonitoring ${VERSION%%.*}" ] || fail "the documents ask for: $asked"
+
 # found WANTED: whether find_package finds that version.
 found() {
   cat >CMakeLists.txt <<END
