@@ -24,10 +24,16 @@ install(FILES
   ${PROJECT_BINARY_DIR}/package/RAIDMonitoringConfigVersion.cmake
   DESTINATION ${package_folder} COMPONENT development)
 
-# pkg-config. The prefix is found from the file's own place, so that the tree can be moved.
-file(RELATIVE_PATH pkgconfig_to_prefix
-  /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+# pkg-config. The prefix is found from the file's own place, so that the tree can be moved; a folder that
+# was given as an absolute one stays where it is.
+file(RELATIVE_PATH pkgconfig_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" pkgconfig_to_prefix "${pkgconfig_to_prefix}")
+foreach(folder IN ITEMS LIBDIR INCLUDEDIR)
+  set(pkgconfig_${folder} "\${prefix}/${CMAKE_INSTALL_${folder}}")
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_${folder}}")
+    set(pkgconfig_${folder} "${CMAKE_INSTALL_${folder}}")
+  endif()
+endforeach()
 set(pkgconfig_cflags "")
 set(pkgconfig_libs "-lRAIDMonitoring")
 if(RAIDMONITORING_REGISTRY STREQUAL "memory")
