@@ -30,13 +30,17 @@ CLI::Option* addMillisecondsOption(CLI::App& parser, const char* name,
   return parser.add_option_function<std::string>(name, parse, description)->type_name("MS");
 }
 
-void addRegistryOptions(CLI::App& parser, RegistryOptions& options, const char* log) {
+void addSourceOptions(CLI::App& parser, RegistryOptions& options) {
   parser
       .add_option("--registry", options.registry,
                   "An archive (a file) or a recording (a folder) to read")
       ->type_name("PATH");
-  parser.add_flag("--log", options.log, log);
   addMillisecondsOption(parser, "--until", options.until, "End there: nothing due later happens");
+}
+
+void addRegistryOptions(CLI::App& parser, RegistryOptions& options, const char* log) {
+  addSourceOptions(parser, options);
+  parser.add_flag("--log", options.log, log);
 }
 
 void addPaceOption(CLI::App& parser, RegistryOptions& options) {

@@ -20,7 +20,10 @@ struct RegistryOptions {
   bool pace = false;
 };
 
-// --registry, --until and --log; `log` says what the last of them does there. --pace is added by
+// --registry and --until.
+void addSourceOptions(CLI::App& parser, RegistryOptions& options);
+
+// Those and --log; `log` says what that does there. --pace is added by
 // the commands that show a replay while it goes on.
 void addRegistryOptions(CLI::App& parser, RegistryOptions& options, const char* log);
 void addPaceOption(CLI::App& parser, RegistryOptions& options);

@@ -69,14 +69,6 @@ class RecordingSource : public Source {
   std::size_t _next = 0;
 };
 
-// It was cut in pieces for the compiler's sake.
-std::string textOf(const EmbeddedText& archive) {
-  std::string text;
-  for (std::size_t piece = 0; piece < archive.pieceCount; ++piece)
-    text += archive.pieces[piece];
-  return text;
-}
-
 }  // namespace
 
 std::unique_ptr<Source> openRegistry(const std::string& path, bool paced) {
