@@ -65,9 +65,11 @@ std::string incidentList(const std::vector<Incident>& incidents) {
   if (incidents.size() < 2) return "";
   std::string list = "<ol class=\"incidents\" aria-label=\"All incidents\">\n";
   for (const Incident& incident : incidents) {
+    const std::string time = clockText(incident.from);
     list += fmt::format(
-        "<li>{} <button type=\"button\" data-time=\"{}\" hidden>Show {}</button></li>\n",
-        escapedForPage(sentenceOf(incident)), incident.from, clockText(incident.from));
+        "<li><button type=\"button\" data-time=\"{0}\" aria-label=\"Show {1}\" hidden>{1}</button> "
+        "{2}</li>\n",
+        incident.from, time, escapedForPage(sentenceOf(incident)));
   }
   return list + "</ol>";
 }

@@ -39,7 +39,11 @@ class Weaver {
 
   std::vector<Strip> strips() {
     std::vector<Strip> strips;
+    std::map<std::string, int> names;
+    for (const auto& [uid, enclosure] : _enclosures)
+      ++names[enclosure.row.strip.label];
     for (auto& [uid, enclosure] : _enclosures) {
+      if (names[enclosure.row.strip.label] > 1) enclosure.row.strip.detail = hexadecimal(uid);
       strips.push_back(std::move(enclosure.row.strip));
       for (VolumeRows* volume : inOrder(enclosure.volumes))
         append(strips, *volume);
@@ -52,7 +56,7 @@ class Weaver {
     EnclosureRows& rows = _enclosures[picture.uid];
     extend(rows.row, picture.up ? "connected" : "coming up");
     // One that is coming up may not have said its name.
-    describe(rows.row, Strip::Kind::Enclosure, picture.name, hexadecimal(picture.uid));
+    describe(rows.row, Strip::Kind::Enclosure, picture.name, "");
     for (const PicturedVolume& volume : picture.volumes)
       weave(rows.volumes[volume.uuid], volume);
   }

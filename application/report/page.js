@@ -142,9 +142,8 @@
     shown.style.left = percent(run.from);
     shown.style.width = "calc(" + percent(run.to - run.from) + " - 1px)";
     shown.title = (run.count > 1 ? run.count + " changes, at worst " : "") + run.state + " from " + clock(run.from);
-    if (share >= text.length) shown.textContent = text;
-    else if (share >= 2) shown.textContent = lookOf(run.state)[1];
-    else shown.classList.add("thin");
+    if (share >= text.length) shown.append(element("span", "", text));
+    else if (share >= 2) shown.append(element("span", "", lookOf(run.state)[1]));
     return shown;
   }
 
@@ -179,7 +178,8 @@
     }
     place.append(element("div"), axis);
     for (const state of WORST_FIRST.filter((known) => known && states.has(known))) {
-      const item = element("li", "", signed(state));
+      const item = element("li");
+      item.append(element("span", "", signed(state)));
       item.dataset.look = lookOf(state)[0];
       byId("legend").append(item);
     }
