@@ -92,10 +92,12 @@ std::string filledIn(const std::string& pageTemplate,
   for (;;) {
     const std::size_t open = pageTemplate.find("{{", place);
     const std::size_t close = pageTemplate.find("}}", open);
-    page.append(pageTemplate, place, open - place);
-    if (open == std::string::npos || close == std::string::npos) return page;
+    if (open == std::string::npos || close == std::string::npos) {
+      return page.append(pageTemplate, place, std::string::npos);
+    }
     const auto text = texts.find(pageTemplate.substr(open + 2, close - open - 2));
     if (text == texts.end()) throw std::logic_error("the page lacks a text");
+    page.append(pageTemplate, place, open - place);
     page += text->second;
     place = close + 2;
   }

@@ -11,6 +11,9 @@
 namespace Program {
 namespace {
 
+// As many as leave room for the bays on the same screen; of more, a reader has to ask for the list.
+constexpr std::size_t OpenIncidents = 6;
+
 std::string cell(const std::string& text) { return "<td>" + escapedForPage(text) + "</td>"; }
 
 std::string header(const std::vector<const char*>& columns) {
@@ -71,7 +74,10 @@ std::string incidentList(const std::vector<Incident>& incidents) {
         "{2}</li>\n",
         incident.from, time, escapedForPage(sentenceOf(incident)));
   }
-  return list + "</ol>";
+  list += "</ol>";
+  if (incidents.size() <= OpenIncidents) return list;
+  return fmt::format("<details><summary>All {} incidents</summary>\n{}</details>", incidents.size(),
+                     list);
 }
 
 std::string eventTable(const std::vector<EventLine>& events) {
