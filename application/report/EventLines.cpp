@@ -73,7 +73,6 @@ class MemberBays {
     std::vector<int> bays;
     for (const auto& [uuid, member] : _members)
       if (member.sight != Sight::Nowhere) bays.push_back(member.bay);
-    std::sort(bays.begin(), bays.end());
     return bayList(bays);
   }
 
@@ -90,13 +89,14 @@ class Writer {
   }
 
   std::vector<EventLine> lines() {
+    // First, because of what happens at one moment the bays are the cause.
+    for (std::size_t place = 1; place < _story.frames.size(); ++place)
+      compareBays(_story.frames[place - 1], _story.frames[place]);
     const Story::Event* last = nullptr;
     for (const Story::Event& event : _story.events) {
       if (last == nullptr || !sameReport(*last, event)) write(event);
       last = &event;
     }
-    for (std::size_t place = 1; place < _story.frames.size(); ++place)
-      compareBays(_story.frames[place - 1], _story.frames[place]);
     std::stable_sort(_lines.begin(), _lines.end(),
                      [](const EventLine& a, const EventLine& b) { return a.time < b.time; });
     return std::move(_lines);
@@ -182,15 +182,31 @@ class Writer {
     for (const auto& picture : after.enclosures) {
       const Picture* last = pictureIn(&before, picture->uid);
       if (last == nullptr || last == picture.get() || !last->up || !picture->up) continue;
-      const std::size_t bays = std::min(last->disks.size(), picture->disks.size());
-      for (std::size_t bay = 0; bay < bays; ++bay) {
-        if (last->disks[bay] == picture->disks[bay]) continue;
-        add(after.time, Mark::Seen, Gravity::Plain,
-            fmt::format("Bay {}: {}", bay + 1,
-                        picture->disks[bay] ? "a disk was put in" : "the disk was pulled"),
-            picture->uid);
+      noteBays(after.time, *picture, turned(*last, *picture, true), "its disk is gone",
+               "their disks are gone");
+      noteBays(after.time, *picture, turned(*last, *picture, false), "there is a disk now",
+               "there are disks now");
+    }
+  }
+
+  // The bays in which a disk was seen, or not, and now it is the other way.
+  static std::vector<int> turned(const Picture& before, const Picture& after, bool seenBefore) {
+    std::vector<int> bays;
+    for (std::size_t bay = 0; bay < std::min(before.disks.size(), after.disks.size()); ++bay) {
+      if (before.disks[bay] == seenBefore && after.disks[bay] != seenBefore) {
+        bays.push_back(static_cast<int>(bay) + 1);
       }
     }
+    return bays;
+  }
+
+  // They may have been pulled, or have lost their power or their bridge: who is to say.
+  void noteBays(Story::Moment time, const Picture& picture, const std::vector<int>& bays,
+                const char* one, const char* several) {
+    if (bays.empty()) return;
+    std::string text = bayList(bays) + ": " + (bays.size() == 1 ? one : several);
+    text.front() = 'B';
+    add(time, Mark::Seen, Gravity::Plain, std::move(text), picture.uid);
   }
 
   const Story& _story;

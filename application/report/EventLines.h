@@ -22,7 +22,7 @@ struct EventLine {
 
 // What the library reported, one line for one cause: what it reports twice is one line, and so is
 // an enclosure that goes with its volumes. Among them, marked as seen, what the bays showed in
-// between: disks that were pulled and put in.
+// between: disks that went and came.
 std::vector<EventLine> eventLinesOf(const Story& story);
 
 }  // namespace Program

@@ -119,6 +119,8 @@ class Search {
     const auto [place, isNew] = _broken.emplace(key, found.size());
     if (isNew) begin(Incident::Kind::Volume, picture).volumes = {volume};
     Incident& incident = found[place->second];
+    if (isNew) incident.worst = volume.state;
+    if (volume.state != incident.worst) incident.severalStates = true;
     if (rankOf(volume.state) > rankOf(incident.worst)) incident.worst = volume.state;
     for (const PicturedMember& member : volume.members)
       noteMember(incident.members, member);
@@ -134,9 +136,8 @@ class Search {
 
   void unplug(std::uint64_t device, Enclosure& enclosure) {
     std::vector<PicturedVolume> volumes;
-    for (const auto& [uuid, volume] : enclosure.volumes) {
-      end(_broken, {device, uuid}, true);
-      end(_gone, {device, uuid}, true);
+    for (const PicturedVolume& volume : enclosure.picture->volumes) {
+      end(_broken, {device, volume.uuid}, true);
       volumes.push_back(volume);
     }
     enclosure.volumes.clear();

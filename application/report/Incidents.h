@@ -24,11 +24,12 @@ struct Incident {
   std::optional<Story::Moment> to;  // none: it still is so at the end
   bool endedByUnplugging = false;
 
-  // The volume; of an unplugged enclosure each that it had.
+  // The volume; of an unplugged enclosure each that it had then.
   std::vector<PicturedVolume> volumes;  // as they were when it began
   // Of Kind::Volume: the worst that became of it (online: a disk was lacking), and the members that
   // were not online, each with its worst state and the bay as it was then.
   RAIDMonitoring::RAIDVolumeState worst = RAIDMonitoring::VolumeOnline;
+  bool severalStates = false;  // it was not in its worst state all along
   std::vector<PicturedMember> members;
 };
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 
 #include "application/Words.h"
 #include "application/report/Ranks.h"
@@ -97,8 +98,9 @@ std::string subjectOf(const Incident& incident) {
                      shownName(incident.enclosure));
 }
 
-std::string conditionOf(RAIDVolumeState state) {
-  return state == VolumeOnline ? "short of a disk" : wordsFor(state);
+std::string conditionOf(const Incident& incident) {
+  if (incident.worst == VolumeOnline) return "short of a disk";
+  return wordsFor(incident.worst) + (incident.severalStates ? " (at worst)" : "");
 }
 
 // "Projects (bays 1 and 2)"
@@ -106,7 +108,6 @@ std::string volumeWithBays(const PicturedVolume& volume) {
   std::vector<int> bays;
   for (const PicturedMember& member : volume.members)
     if (member.sight != Sight::Nowhere) bays.push_back(member.bay);
-  std::sort(bays.begin(), bays.end());
   const std::string list = bayList(bays);
   return shownName(volume.name) + (list.empty() ? "" : " (" + list + ")");
 }
@@ -156,10 +157,11 @@ std::string shownName(const std::string& name) {
 
 std::string bayList(const std::vector<int>& bays) {
   if (bays.empty()) return "";
+  const std::set<int> ordered(bays.begin(), bays.end());
   std::vector<std::string> numbers;
-  for (const int bay : bays)
+  for (const int bay : ordered)
     numbers.push_back(std::to_string(bay));
-  return (bays.size() == 1 ? "bay " : "bays ") + enumerated(numbers);
+  return (numbers.size() == 1 ? "bay " : "bays ") + enumerated(numbers);
 }
 
 std::string sentenceOf(const Incident& incident) {
@@ -172,7 +174,7 @@ std::string sentenceOf(const Incident& incident) {
       break;
   }
   const std::string cause = causeOf(incident);
-  return subjectOf(incident) + " " + spanOf(incident, conditionOf(incident.worst)) +
+  return subjectOf(incident) + " " + spanOf(incident, conditionOf(incident)) +
          (cause.empty() ? "" : ": " + cause) + ".";
 }
 

@@ -14,7 +14,7 @@ namespace Program {
 // the direction of its letters stays its own affair.
 std::string shownName(const std::string& name);
 
-// "bay 2", "bays 1 and 3"; empty without any.
+// "bay 2", "bays 1 and 3", ascending and each once; empty without any.
 std::string bayList(const std::vector<int>& bays);
 
 // "Projects (mirror in Example Storage Two Bay) was degraded from 00:08.000 to 00:22.000: the disk

@@ -17,8 +17,8 @@ struct Strip {
   };
 
   Kind kind = Kind::Enclosure;
-  std::string label;  // the name; of a member "Bay 2", the one in which it was first
-  std::string detail;  // of an enclosure its UID, if another has the same name
+  std::string label;      // the name; of a member "Bay 2", the one in which it was first
+  std::string detail;     // of an enclosure its UID, if another has the same name
   std::vector<Run> runs;  // each lasts until the next, the last one until the end
 };
 

@@ -68,15 +68,24 @@ TEST(EventLinesTest, AVolumeThatGoesAloneIsALineOfItsOwn) {
               ElementsAre("2000 Projects (bays 1 and 2) is gone"));
 }
 
-TEST(EventLinesTest, DisksThatArePulledAndPutInAreSeenAmongTheOthersInTheOrderOfTime) {
+TEST(EventLinesTest, DisksThatGoAndComeAreSeenAmongTheOthersInTheOrderOfTime) {
   Picture pulled = degradedPicture(MemberFailed, Sight::Inferred);
   pulled.disks = {true, false};
   EXPECT_THAT(textsOf({{0, {degradedPicture(MemberFailed)}},
                        {2500, {pulled}},
                        {3500, {degradedPicture(MemberStandby)}}},
                       {told(3000, Happening::VolumeUpdated, pulled)}),
-              ElementsAre("2500 Bay 2: the disk was pulled", testing::StartsWith("3000 "),
-                          "3500 Bay 2: a disk was put in"));
+              ElementsAre("2500 Bay 2: its disk is gone", testing::StartsWith("3000 "),
+                          "3500 Bay 2: there is a disk now"));
+}
+
+TEST(EventLinesTest, WhatIsSeenOfSeveralBaysIsOneLineBeforeWhatIsReportedOfIt) {
+  Picture gone = wellPicture();
+  gone.disks = {false, false};
+  EXPECT_THAT(textsOf({{0, {wellPicture()}}, {2000, {gone}}},
+                      {told(2000, Happening::VolumeDisappeared, gone)}),
+              ElementsAre("2000 Bays 1 and 2: their disks are gone",
+                          "2000 Projects (bays 1 and 2) is gone"));
 }
 
 }  // namespace

@@ -82,6 +82,28 @@ TEST(IncidentsTest, AVolumeThatGoesWithoutItsEnclosureIsOne) {
   EXPECT_EQ(4000, incidents[0].to);
 }
 
+TEST(IncidentsTest, AVolumeThatWasGoneBeforeItsEnclosureIsUnpluggedStaysGone) {
+  const auto incidents =
+      incidentsOf(storyWith({{0, {wellPicture()}}, {2000, {pictureOf({})}}, {4000, {}}}, 6000));
+  ASSERT_EQ(2U, incidents.size());
+  EXPECT_EQ(Incident::Kind::Gone, incidents[0].kind);
+  EXPECT_FALSE(incidents[0].to);
+  EXPECT_EQ(Incident::Kind::Unplugged, incidents[1].kind);
+  EXPECT_TRUE(incidents[1].volumes.empty());
+}
+
+TEST(IncidentsTest, OneKnowsWhetherTheWorstWasAllThereWas) {
+  auto offline = degradedPicture(MemberFailed);
+  offline.volumes[0].state = VolumeOffline;
+  const auto incidents =
+      incidentsOf(storyWith({{0, {degradedPicture(MemberFailed)}}, {2000, {offline}}}, 4000));
+  ASSERT_EQ(1U, incidents.size());
+  EXPECT_EQ(VolumeOffline, incidents[0].worst);
+  EXPECT_TRUE(incidents[0].severalStates);
+  EXPECT_FALSE(
+      incidentsOf(storyWith({{0, {offline}}, {2000, {wellPicture()}}}, 4000)).at(0).severalStates);
+}
+
 TEST(IncidentsTest, WhatIsNotOverIsWorseThanWhatIs) {
   Incident over;
   over.worst = VolumeFailed;

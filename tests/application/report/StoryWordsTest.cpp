@@ -47,6 +47,16 @@ TEST(StoryWordsTest, WhatWasSoFromTheStartSaysSo) {
       headline(storyWith({{0, {bad}}, {4000, {wellPicture()}}}, 8000)));
 }
 
+TEST(StoryWordsTest, WhatWasNotTheWorstAllAlongSaysSo) {
+  Picture offline = degradedPicture(MemberOnline);
+  offline.volumes[0].state = VolumeOffline;
+  EXPECT_EQ(
+      "Projects (mirror in Example Storage Two Bay) has been offline (at worst) since 00:02.000.",
+      headline(storyWith(
+          {{0, {wellPicture()}}, {2000, {degradedPicture(MemberOnline)}}, {4000, {offline}}},
+          6000)));
+}
+
 TEST(StoryWordsTest, SeveralDisksOfOneFateAreNamedTogether) {
   const Picture bad = pictureOf(
       {volumeOf("Projects", VolumeOffline,

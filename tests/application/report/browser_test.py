@@ -162,7 +162,7 @@ class Moments(Page):
 
 
 class Appearance(Page):
-    options = {"width": 1120, "height": 1260}
+    options = {"width": 1120, "height": 1430}
 
     # How much lighter the one is than the other, as WCAG counts it.
     CONTRASTS = """
