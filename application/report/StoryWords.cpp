@@ -18,8 +18,9 @@ namespace {
 
 constexpr int LongestName = 120;
 
-constexpr const char* IsolateFirst = "\u2068";  // whatever is right to left within stays within
-constexpr const char* IsolateLast = "\u2069";
+// U+2068 and U+2069: whatever is right to left within stays within.
+constexpr const char* IsolateFirst = "\xe2\x81\xa8";
+constexpr const char* IsolateLast = "\xe2\x81\xa9";
 
 // "a", "a and b", "a, b and c"
 std::string enumerated(const std::vector<std::string>& words) {
@@ -116,6 +117,7 @@ std::string unpluggedSentence(const Incident& incident) {
   std::string text = fmt::format("{} was unplugged at {}", shownName(incident.enclosure),
                                  clockText(incident.from));
   std::vector<std::string> volumes;
+  volumes.reserve(incident.volumes.size());
   for (const PicturedVolume& volume : incident.volumes)
     volumes.push_back(volumeWithBays(volume));
   if (!volumes.empty()) text += ", and with it went " + enumerated(volumes);
@@ -159,6 +161,7 @@ std::string bayList(const std::vector<int>& bays) {
   if (bays.empty()) return "";
   const std::set<int> ordered(bays.begin(), bays.end());
   std::vector<std::string> numbers;
+  numbers.reserve(ordered.size());
   for (const int bay : ordered)
     numbers.push_back(std::to_string(bay));
   return (numbers.size() == 1 ? "bay " : "bays ") + enumerated(numbers);

@@ -115,6 +115,7 @@ class Weaver {
   template <class Rows>
   static std::vector<Rows*> inOrder(std::map<std::string, Rows>& rows) {
     std::vector<Rows*> ordered;
+    ordered.reserve(rows.size());
     for (auto& [uuid, row] : rows)
       ordered.push_back(&row);
     std::stable_sort(ordered.begin(), ordered.end(),
