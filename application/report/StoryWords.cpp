@@ -19,8 +19,8 @@ namespace {
 constexpr int LongestName = 120;
 
 // U+2068 and U+2069: whatever is right to left within stays within.
-constexpr const char* IsolateFirst = "\xe2\x81\xa8";
-constexpr const char* IsolateLast = "\xe2\x81\xa9";
+constexpr char IsolateFirst[] = {'\xe2', '\x81', '\xa8', '\0'};
+constexpr char IsolateLast[] = {'\xe2', '\x81', '\xa9', '\0'};
 
 // "a", "a and b", "a, b and c"
 std::string enumerated(const std::vector<std::string>& words) {
