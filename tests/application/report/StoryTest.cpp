@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "application/json/JsonWatchPrinter.h"
@@ -153,6 +154,15 @@ TEST_F(StoryTest, AnEnclosureThatDoesNotChangeSharesItsPicture) {
   EXPECT_EQ(2U, story.frames[0].enclosures.size());
   ASSERT_EQ(1U, story.frames[1].enclosures.size());
   EXPECT_EQ(story.frames[0].enclosures[0], story.frames[1].enclosures[0]);
+}
+
+TEST_F(StoryTest, ASignalEndsItAndWhatWasSeenUntilThenIsKept) {
+  enclosure.complete().addDisks({1, 2}).addSet({"SET", {1, 2}});
+  const auto pull = [this] { enclosure.pullDisk(2); };
+  const Story story = tell({{0, [] {}}, {500, [] { raise(SIGTERM); }}, {2500, pull}}, 12000);
+  EXPECT_EQ(500, story.end);
+  EXPECT_THAT(timesOf(story), ElementsAre(0));
+  EXPECT_EQ(2U, story.events.size());
 }
 
 TEST_F(StoryTest, TheFrameInForceIsTheLastOneThatIsNotLater) {

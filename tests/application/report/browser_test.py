@@ -82,6 +82,8 @@ class Moments(Page):
         self.assertEqual(["✓ online", "Projects", ""], self.bay(1, 1))
         self.browser.press("Left")
         self.assertEqual(["✓ online", "Projects", ""], self.bay(1, 2))
+        self.browser.press("PageUp")
+        self.assertEqual("00:08.000", self.clock())
         self.browser.press("End")
         self.assertEqual("00:30.000", self.clock())
         self.assertEqual(["✓ online", "Scratch", ""], self.bay(0, 4))
