@@ -39,7 +39,7 @@ TEST(ArchiveFiles, WhatCannotBeReadIsNamedWithTheReason) {
   const std::string empty = folder.write("empty.plist", "");
   EXPECT_EQ(empty + ": is empty", reasonAgainstFile(empty));
   const std::string junk = folder.write("junk.plist", "junk");
-  EXPECT_EQ(junk + ": is not a property list", reasonAgainstFile(junk));
+  EXPECT_EQ(junk + ": is not a property list, nor a text of ioreg", reasonAgainstFile(junk));
 }
 
 TEST(ArchiveFiles, APipeIsRefusedWithoutWaitingForAWriter) {

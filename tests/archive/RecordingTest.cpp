@@ -157,6 +157,6 @@ TEST(Recordings, TextsInMemoryFollowTheSameRules) {
             reasonAgainstTexts({{-1, good}, {0, good}}));
   EXPECT_EQ("built-in recording: has two archives for time 3",
             reasonAgainstTexts({{0, good}, {3, good}, {3, good}}));
-  EXPECT_EQ("built-in archive for time 3: is not a property list",
+  EXPECT_EQ("built-in archive for time 3: is not a property list, nor a text of ioreg",
             reasonAgainstTexts({{0, good}, {3, "bad"}}));
 }

@@ -4,14 +4,13 @@
 #include <algorithm>
 #include <set>
 
+#include "tests/archive/RandomContent.h"
 #include "tests/archive/Support.h"
 #include "tests/archive/XMLWriter.h"
 
 using MemoryRegistry::Array;
 using MemoryRegistry::Data;
 using MemoryRegistry::Dictionary;
-using MemoryRegistry::EntryID;
-using MemoryRegistry::Number;
 using MemoryRegistry::Opaque;
 using MemoryRegistry::PropertyValue;
 using MemoryRegistry::RegistryContent;
@@ -26,13 +25,6 @@ std::string randomText() {
   for (const std::string& piece : pieces)
     text += piece;
   return text;
-}
-
-Number randomNumber() {
-  const auto bits = *rc::gen::oneOf(rc::gen::arbitrary<std::uint64_t>(),
-                                    rc::gen::inRange<std::uint64_t>(0x7FFFFFF0, 0x80000010),
-                                    rc::gen::inRange<std::uint64_t>(0, 100));
-  return Number{bits, bits <= 0x7FFFFFFF ? 32U : 64U};
 }
 
 PropertyValue randomValue(int depth);
@@ -89,35 +81,10 @@ MemoryRegistry::EntryDescription randomDescription() {
   return description;
 }
 
-// Entries in the order in which a writer that goes depth first meets them, some with parents beside
-// the first.
-RegistryContent randomContent() {
-  RegistryContent content;
-  const auto size = static_cast<std::size_t>(*rc::gen::inRange(1, 8));
-  const auto firstID = *rc::gen::inRange<EntryID>(1, EntryID{1} << 62);
-  std::vector<std::size_t> way;
-  for (std::size_t i = 0; i < size; ++i) {
-    content.entries.push_back({firstID + i, randomDescription(), {}, {}});
-    if (i > 0) {
-      way.resize(*rc::gen::inRange<std::size_t>(1, way.size() + 1));
-      content.entries[way.back()].children.push_back(i);
-      content.entries[i].parents.push_back(way.back());
-      // Whatever is before it and not above it can be printed below it again.
-      const auto other = *rc::gen::inRange<std::size_t>(0, i + 1);
-      if (other < i && std::find(way.begin(), way.end(), other) == way.end()) {
-        content.entries[i].children.push_back(other);
-        content.entries[other].parents.push_back(i);
-      }
-    }
-    way.push_back(i);
-  }
-  return content;
-}
-
 }  // namespace
 
 RC_GTEST_PROP(RoundTrip, AnyContentReadsBackFromItsXMLAndItsBinaryTwin, ()) {
-  const RegistryContent content = randomContent();
+  const RegistryContent content = randomContent(randomDescription);
   const std::string xml = propertyList(writeXML(content));
   RC_LOG() << xml;
   RC_ASSERT(reasonAgainst(xml) == "");
@@ -126,7 +93,7 @@ RC_GTEST_PROP(RoundTrip, AnyContentReadsBackFromItsXMLAndItsBinaryTwin, ()) {
 }
 
 RC_GTEST_PROP(RoundTrip, AnyDamageIsReadOrRefusedWithOneLine, ()) {
-  std::string text = propertyList(writeXML(randomContent()));
+  std::string text = propertyList(writeXML(randomContent(randomDescription)));
   if (*rc::gen::arbitrary<bool>()) text = binaryTwin(text);
   const int changes = *rc::gen::inRange(1, 5);
   for (int i = 0; i < changes; ++i) {

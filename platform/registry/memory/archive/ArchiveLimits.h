@@ -23,8 +23,8 @@ inline constexpr std::uint64_t textCost = scalarCost + 32;
 inline constexpr std::uint64_t keyCost = 96 + 64;
 inline constexpr std::uint64_t containerCost = scalarCost + 64;
 
-// What an archive may take altogether. Small ones may take more than twenty times their size: a
-// binary list that names each value once honestly does.
+// What an archive may take altogether, by its size as a file, packed or not. Small ones may take
+// more than twenty times their size: a binary list that names each value once honestly does.
 inline std::uint64_t memoryLimit(std::size_t size) {
   return std::max<std::uint64_t>(std::uint64_t{20} * size, std::uint64_t{160} << 20U);
 }

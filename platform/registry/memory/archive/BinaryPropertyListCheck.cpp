@@ -24,9 +24,9 @@ struct Expansion {
 // Goes through the objects once each, depth first, with a stack of its own.
 class Check {
  public:
-  Check(const char* data, std::size_t size)
+  Check(const char* data, std::size_t size, std::uint64_t memoryLimit)
       : _objects(data, size),
-        _limit(memoryLimit(size) - size),
+        _limit(memoryLimit - std::min<std::uint64_t>(size, memoryLimit)),
         _searchLimit(std::max<std::uint64_t>(200'000'000, std::uint64_t{20} * size)),
         _expansions(_objects.count()) {}
 
@@ -135,6 +135,8 @@ class Check {
 
 }  // namespace
 
-void checkBinaryPropertyList(const char* data, std::size_t size) { Check(data, size).run(); }
+void checkBinaryPropertyList(const char* data, std::size_t size, std::uint64_t memoryLimit) {
+  Check(data, size, memoryLimit).run();
+}
 
 }  // namespace MemoryRegistry

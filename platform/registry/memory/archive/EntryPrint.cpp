@@ -118,6 +118,8 @@ void checkChildren(plist_t item, EntryID id) {
 
 }  // namespace
 
+bool isSyntheticKey(std::string_view key) { return syntheticKey(key) != SyntheticKeyCount; }
+
 std::string entryText(EntryID id) { return "entry " + hexadecimal(id); }
 
 EntryPrint readPrint(plist_t dictionary, EntryID parent) {

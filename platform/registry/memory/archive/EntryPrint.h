@@ -35,6 +35,9 @@ struct EntryPrint {
 // say which.
 EntryPrint readPrint(plist_t dictionary, EntryID parent);
 
+// True for the keys that ioreg adds to an entry's properties: they are none.
+bool isSyntheticKey(std::string_view key);
+
 // "entry 0x..." for messages.
 std::string entryText(EntryID id);
 

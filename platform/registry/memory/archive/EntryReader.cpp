@@ -1,16 +1,13 @@
 #include "platform/registry/memory/archive/EntryReader.h"
 
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "platform/registry/memory/archive/ArchiveLimits.h"
-#include "platform/registry/memory/archive/EntryGraph.h"
+#include "platform/registry/memory/archive/ContentBuilder.h"
 #include "platform/registry/memory/archive/EntryPrint.h"
 #include "platform/registry/memory/archive/PropertyList.h"
 #include "platform/registry/memory/archive/PropertyReader.h"
 #include "platform/registry/memory/archive/Refusal.h"
-#include "platform/registry/memory/archive/Text.h"
 
 namespace MemoryRegistry {
 namespace {
@@ -30,57 +27,27 @@ EntryDescription describe(EntryPrint& print) {
 class EntryReader {
  public:
   RegistryContent read(plist_t top) {
-    enter(top, 0);
-    while (!_levels.empty()) {
-      if (const plist_t child = _levels.back().unread.next()) {
-        enter(child, _content.entries[_levels.back().entry].id);
+    enter(top);
+    while (!_unread.empty()) {
+      if (const plist_t child = _unread.back().next()) {
+        enter(child);
       } else {
-        leave();
+        _unread.pop_back();
+        _builder.leave();
       }
     }
-    checkGraph(_content);
-    return std::move(_content);
+    return _builder.finish();
   }
 
  private:
-  // An entry whose print is being read.
-  struct Level {
-    std::size_t entry;
-    ArrayElements unread;  // of its children
-  };
-
-  void enter(plist_t dictionary, EntryID parent) {
-    if (_levels.size() == deepestEntry) {
-      throw Refusal("entries are nested deeper than " + decimal(deepestEntry) + " levels");
-    }
-    EntryPrint print = readPrint(dictionary, parent);
-    const std::size_t entry = place(print);
-    if (_isOpen[entry]) throw Refusal(entryText(print.id) + " is beneath itself");
-    if (!_levels.empty()) link(_content, _levels.back().entry, entry);
-    _levels.push_back({entry, ArrayElements(print.children)});
-    _isOpen[entry] = true;
+  void enter(plist_t dictionary) {
+    EntryPrint print = readPrint(dictionary, _builder.openID());
+    if (_builder.enter(print.id)) _builder.description() = describe(print);
+    _unread.emplace_back(print.children);
   }
 
-  void leave() {
-    _isOpen[_levels.back().entry] = false;
-    _levels.pop_back();
-  }
-
-  // Where the entry stands in the content. The first print puts it there; of another one nothing
-  // but the children counts.
-  std::size_t place(EntryPrint& print) {
-    const auto [known, isNew] = _places.try_emplace(print.id, _content.entries.size());
-    if (isNew) {
-      _content.entries.push_back({print.id, describe(print), {}, {}});
-      _isOpen.push_back(false);
-    }
-    return known->second;
-  }
-
-  RegistryContent _content;
-  std::unordered_map<EntryID, std::size_t> _places;
-  std::vector<bool> _isOpen;  // by place: on the way to the print that is being read
-  std::vector<Level> _levels;
+  ContentBuilder _builder;
+  std::vector<ArrayElements> _unread;  // the children of each print that is open
 };
 
 }  // namespace

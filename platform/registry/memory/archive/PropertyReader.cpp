@@ -1,42 +1,16 @@
 #include "platform/registry/memory/archive/PropertyReader.h"
 
-#include <algorithm>
-#include <numeric>
 #include <string>
 #include <utility>
 
-#include "platform/registry/memory/archive/ArchiveLimits.h"
 #include "platform/registry/memory/archive/PropertyList.h"
-#include "platform/registry/memory/archive/Refusal.h"
-#include "platform/registry/memory/archive/Text.h"
+#include "platform/registry/memory/archive/ValueRules.h"
 
 namespace MemoryRegistry {
 namespace {
 
 // Recursive; bounded by deepestValue.
 PropertyValue readValue(plist_t node, std::size_t depth);
-
-// Of items with one key the last one counts. ioreg sorts keys, so this is for other writers.
-void keepLastOfEachKey(Dictionary& dictionary) {
-  std::vector<std::size_t> order(dictionary.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return dictionary[a].first < dictionary[b].first;
-  });
-  std::vector<bool> dropped(dictionary.size(), false);
-  bool any = false;
-  for (std::size_t i = 0; i + 1 < order.size(); ++i) {
-    if (dictionary[order[i]].first != dictionary[order[i + 1]].first) continue;
-    dropped[order[i]] = true;
-    any = true;
-  }
-  if (!any) return;
-  Dictionary kept;
-  for (std::size_t i = 0; i < dictionary.size(); ++i) {
-    if (!dropped[i]) kept.push_back(std::move(dictionary[i]));
-  }
-  dictionary = std::move(kept);
-}
 
 // A dictionary in the making.
 class DictionaryReader {
@@ -88,8 +62,7 @@ PropertyValue readBoolean(plist_t node) {
 PropertyValue readNumber(plist_t node) {
   std::uint64_t bits = 0;
   plist_get_uint_val(node, &bits);
-  // An archive keeps no widths. Most of the registry's small numbers have 32 bits.
-  return Number{bits, bits <= 0x7FFFFFFFU ? 32U : 64U};
+  return numberOfUnknownWidth(bits);
 }
 
 PropertyValue readReal(plist_t node) {
@@ -111,12 +84,6 @@ PropertyValue readData(plist_t node) {
   return bytes == nullptr ? Data() : Data(bytes, bytes + size);
 }
 
-void checkDepth(std::size_t depth) {
-  if (depth > deepestValue) {
-    throw Refusal("has a property nested deeper than " + decimal(deepestValue) + " levels");
-  }
-}
-
 PropertyValue readValue(plist_t node, std::size_t depth) {
   switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN:
@@ -130,10 +97,10 @@ PropertyValue readValue(plist_t node, std::size_t depth) {
     case PLIST_DATA:
       return readData(node);
     case PLIST_ARRAY:
-      checkDepth(depth);
+      checkValueDepth(depth);
       return readArray(node, depth);
     case PLIST_DICT:
-      checkDepth(depth);
+      checkValueDepth(depth);
       return readDictionary(node, depth);
     default:
       return Opaque{};

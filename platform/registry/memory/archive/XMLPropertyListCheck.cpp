@@ -31,7 +31,8 @@ struct Container {
 
 class Check {
  public:
-  Check(const char* data, std::size_t size) : _begin(data), _end(data + size), _at(data) {
+  Check(const char* data, std::size_t size, std::uint64_t memoryLimit)
+      : _begin(data), _end(data + size), _at(data), _memoryLimit(memoryLimit) {
     findReference(_begin);
   }
 
@@ -352,7 +353,7 @@ class Check {
   }
 
   void checkCosts() const {
-    if (_cost + size() > memoryLimit(size())) {
+    if (_cost + size() > _memoryLimit) {
       throw Refusal("is too repetitive: it would take more than 20 times its size in memory");
     }
   }
@@ -360,6 +361,7 @@ class Check {
   const char* _begin;
   const char* _end;
   const char* _at;
+  std::uint64_t _memoryLimit;
   const char* _reference = nullptr;  // the next "&"
   std::vector<Container> _open;
   std::uint64_t _cost = 0;
@@ -369,6 +371,8 @@ class Check {
 
 }  // namespace
 
-void checkXMLPropertyList(const char* data, std::size_t size) { Check(data, size).run(); }
+void checkXMLPropertyList(const char* data, std::size_t size, std::uint64_t memoryLimit) {
+  Check(data, size, memoryLimit).run();
+}
 
 }  // namespace MemoryRegistry
