@@ -79,3 +79,13 @@ TEST(ArchiveCost, StaysWithinItsLimitsForBinaryLists) {
   for (const HostileArchive& hostile : hostileBinaries())
     expectWithinLimits(hostile);
 }
+
+TEST(ArchiveCost, StaysWithinItsLimitsForTexts) {
+  for (const HostileArchive& hostile : hostileTexts())
+    expectWithinLimits(hostile);
+}
+
+TEST(ArchiveCost, StaysWithinItsLimitsForWhatIsPacked) {
+  for (const HostileArchive& hostile : hostileGzip())
+    expectWithinLimits(hostile);
+}

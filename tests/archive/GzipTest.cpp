@@ -1,34 +1,17 @@
 #include <gmock/gmock.h>
 #include <rapidcheck/gtest.h>
-#include <zlib.h>
 
 #include <cstdlib>
 #include <stdexcept>
 
 #include "platform/registry/memory/archive/Recording.h"
+#include "tests/archive/Packing.h"
 #include "tests/archive/Support.h"
 
 using MemoryRegistry::readArchive;
 using testing::HasSubstr;
 
 namespace {
-
-std::string packed(const std::string& bytes) {
-  z_stream stream{};
-  if (deflateInit2(&stream, 9, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
-    throw std::bad_alloc();
-  }
-  std::string result(deflateBound(&stream, bytes.size()), '\0');
-  std::string input = bytes;
-  stream.next_in = reinterpret_cast<Bytef*>(input.data());
-  stream.avail_in = static_cast<uInt>(input.size());
-  stream.next_out = reinterpret_cast<Bytef*>(result.data());
-  stream.avail_out = static_cast<uInt>(result.size());
-  if (deflate(&stream, Z_FINISH) != Z_STREAM_END) throw std::runtime_error("deflate");
-  result.resize(stream.total_out);
-  deflateEnd(&stream);
-  return result;
-}
 
 // Packed by the tool that people use; it keeps the file's name and time in what it writes.
 std::string packedByGzip(const TemporaryFolder& folder, const std::string& file) {
@@ -105,6 +88,12 @@ TEST(Gzip, OneThatUnpacksToTooMuchIsRefused) {
   // 100 MB, were it unpacked to its end.
   EXPECT_EQ("it: unpacks to more than 40 MiB: unpack it first",
             reasonAgainst(packed(text) + repeated(blanks, 12)));
+}
+
+TEST(Gzip, OneThatTakesTooMuchOnceUnpackedIsRefused) {
+  const std::string numbers = "      \"k\" = (" + repeated("1,", 3'000'000) + "1)\n    }\n";
+  EXPECT_EQ("it: would take more memory than its size allows: unpack it first",
+            reasonAgainst(packed(text.substr(0, text.find("      \"k")) + numbers)));
 }
 
 RC_GTEST_PROP(Gzip, AnyDamageIsReadOrRefusedWithOneLine, ()) {

@@ -12,3 +12,5 @@ struct HostileArchive {
 
 std::vector<HostileArchive> hostileXML();
 std::vector<HostileArchive> hostileBinaries();
+std::vector<HostileArchive> hostileTexts();
+std::vector<HostileArchive> hostileGzip();

@@ -94,7 +94,8 @@ EntryDescription randomDescription() {
   static const std::uint32_t states[] = {0, 0x0A, 0x14, MemoryRegistry::Settled, 1, 0x0B};
   EntryDescription description;
   description.className = "C" + joined({"a", "_", "2"});
-  description.name = joined({"a", " ", "@", "  <class X, id 0x1> ", "\nx", "\"", "/", "+-o "}) + "n";
+  description.name =
+      joined({"a", " ", "@", "  <class X, id 0x1> ", "\nx", "\"", "/", "+-o "}) + "n";
   description.location = joined({"0", "F", ",", "a"});
   if (*rc::gen::arbitrary<bool>()) description.inheritance = {"A", description.className};
   if (*rc::gen::arbitrary<bool>())

@@ -71,6 +71,8 @@ RegistryContent readGzip(std::string_view bytes, FileContent& owner) {
   owner.bytes.reset();
   try {
     return readPlain({unpacked.bytes.get(), unpacked.size}, limit, unpacked);
+  } catch (const TooRepetitive&) {
+    throw Refusal("would take more memory than its size allows: unpack it first");
   } catch (const Refusal& refusal) {
     throw Refusal(std::string("unpacked: ") + refusal.what());
   }

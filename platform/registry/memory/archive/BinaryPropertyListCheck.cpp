@@ -51,9 +51,7 @@ class Check {
 
   static constexpr std::uint32_t isOpen = UINT32_MAX;
 
-  [[noreturn]] static void failOnSize() {
-    throw Refusal("is too repetitive: it would take more than 20 times its size in memory");
-  }
+  [[noreturn]] static void failOnSize() { throw TooRepetitive(); }
 
   static bool isContainer(const BinaryObject& object) {
     return object.kind == BinaryObject::Kind::Array ||

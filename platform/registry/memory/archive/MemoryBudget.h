@@ -11,10 +11,10 @@ class MemoryBudget {
  public:
   explicit MemoryBudget(std::uint64_t bytes) : _left(bytes) {}
 
-  // Throws Refusal when less is left.
+  // Throws TooRepetitive when less is left.
   void take(std::uint64_t bytes) {
     if (bytes > _left) {
-      throw Refusal("is too repetitive: it would take more than 20 times its size in memory");
+      throw TooRepetitive();
     }
     _left -= bytes;
   }

@@ -11,4 +11,11 @@ class Refusal : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// For an archive that would take more than memoryLimit says.
+class TooRepetitive : public Refusal {
+ public:
+  TooRepetitive()
+      : Refusal("is too repetitive: it would take more than 20 times its size in memory") {}
+};
+
 }  // namespace MemoryRegistry

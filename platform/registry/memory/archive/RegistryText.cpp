@@ -22,10 +22,10 @@ constexpr std::size_t npos = std::string_view::npos;
 constexpr std::string_view entryMark = "+-o ";
 constexpr std::string_view assignment = "\" = ";
 
-// An entry and its links, with all vectors grown to twice what they hold beside their old elements,
-// and its node in the table of IDs.
-constexpr std::uint64_t entryCost = 3 * sizeof(RegistryContent::Entry) + 192;
-constexpr std::uint64_t propertyCost = 3 * sizeof(Dictionary::value_type);
+// An entry, its links, its node in the table of IDs, and what the registry makes of it. A vector
+// that grows has its elements twice for a moment.
+constexpr std::uint64_t entryCost = 2 * sizeof(RegistryContent::Entry) + 320;
+constexpr std::uint64_t propertyCost = 2 * sizeof(Dictionary::value_type);
 
 bool startsWith(std::string_view text, std::string_view prefix) {
   return text.substr(0, prefix.size()) == prefix;

@@ -13,9 +13,10 @@ namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
 
-// A vector that grows has its old elements beside room for twice as many.
-constexpr std::uint64_t elementCost = 3 * sizeof(PropertyValue);
-constexpr std::uint64_t itemCost = 3 * sizeof(Dictionary::value_type);
+// A vector that grows has its elements twice for a moment.
+constexpr std::uint64_t elementCost = 2 * sizeof(PropertyValue);
+constexpr std::uint64_t itemCost = 2 * sizeof(Dictionary::value_type);
+constexpr std::uint64_t containerCost = 64;
 
 // Where a value stands: it decides what may follow, and so where a string ends.
 enum class Within { Property, Dictionary, Sequence };
@@ -182,6 +183,7 @@ class Reader {
 
   PropertyValue readDictionary(std::size_t depth) {
     checkValueDepth(depth);
+    _budget.take(containerCost);
     ++_at;
     Dictionary dictionary;
     if (take('}')) return dictionary;
@@ -207,6 +209,7 @@ class Reader {
 
   PropertyValue readSequence(char closer, std::size_t depth) {
     checkValueDepth(depth);
+    _budget.take(containerCost);
     ++_at;
     Array array;
     if (take(closer)) return array;

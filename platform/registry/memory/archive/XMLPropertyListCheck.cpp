@@ -354,7 +354,7 @@ class Check {
 
   void checkCosts() const {
     if (_cost + size() > _memoryLimit) {
-      throw Refusal("is too repetitive: it would take more than 20 times its size in memory");
+      throw TooRepetitive();
     }
   }
 
