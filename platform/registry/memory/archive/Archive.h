@@ -6,8 +6,9 @@
 #include "platform/registry/memory/RegistryContent.h"
 #include "platform/registry/memory/archive/ArchiveError.h"
 
-// Archives: the content of one registry as `ioreg -a -l -w0 -i` prints it, an XML property list, or
-// a binary property list of the same shape.
+// Archives: the content of one registry as `ioreg -a -l -w0 -i` prints it, an XML property list; or
+// a binary property list of the same shape; or the text that `ioreg -l -w0` prints, with or without
+// -i; or any of them packed by gzip. Which one it is, the first bytes say.
 //
 // Entries are told apart by IORegistryEntryID. An entry that is printed under several parents is
 // one entry with several parents: its first print gives name, class and properties, the links are
