@@ -1,6 +1,7 @@
 #include "application/Command.h"
 
 #include "application/commands/ListCommand.h"
+#include "application/commands/RecordCommand.h"
 #include "application/commands/ReportCommand.h"
 #include "application/commands/SlotsCommand.h"
 #include "application/commands/WatchCommand.h"
@@ -20,7 +21,7 @@ std::vector<std::unique_ptr<Command>> makeEach() {
 Command::~Command() = default;
 
 std::vector<std::unique_ptr<Command>> makeCommands() {
-  return makeEach<WatchCommand, ListCommand, SlotsCommand, ReportCommand>();
+  return makeEach<WatchCommand, ListCommand, SlotsCommand, ReportCommand, RecordCommand>();
 }
 
 }  // namespace Program

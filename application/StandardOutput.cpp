@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include "application/progress/Progress.h"
+
 namespace Program {
 namespace {
 
@@ -37,6 +39,7 @@ StandardOutput::StandardOutput() {
 StandardOutput::~StandardOutput() { close(); }
 
 void StandardOutput::write(std::string_view text) {
+  Progress::hide();
   while (_error == 0 && !text.empty()) {
     const ssize_t written = ::write(_descriptor, text.data(), text.size());
     if (written >= 0) {

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "application/progress/Progress.h"
 #include "application/registries/DemoRecording.h"
 #include "application/session/Source.h"
 #include "platform/pelago/PacedClock.h"
@@ -31,7 +32,7 @@ class RecordingSource : public Source {
  public:
   // `texts` are what a recording from memory reads, and stay where they are.
   RecordingSource(Recording recording, bool paced, std::vector<std::string> texts = {})
-      : _texts(std::move(texts)), _recording(std::move(recording)), _clock(clockFor(paced)) {
+      : _texts(std::move(texts)), _recording(std::move(recording)), _paced(paced), _clock(clockFor(paced)) {
     MemoryRegistry::reset();
   }
 
@@ -43,6 +44,8 @@ class RecordingSource : public Source {
   }
 
   void prepareLook() override { MemoryRegistry::replaceContent(_recording.content(_next++)); }
+
+  bool waits() const override { return _paced; }
 
   std::optional<Milliseconds> end() const override {
     const Milliseconds last = _recording.times().back();
@@ -65,6 +68,7 @@ class RecordingSource : public Source {
  private:
   std::vector<std::string> _texts;
   Recording _recording;
+  bool _paced;
   std::unique_ptr<Pelago::Clock> _clock;
   std::size_t _next = 0;
 };
@@ -73,6 +77,7 @@ class RecordingSource : public Source {
 
 std::unique_ptr<Source> openRegistry(const std::string& path, bool paced) {
   try {
+    Progress progress("Reading", Progress::Unknown);
     return std::make_unique<RecordingSource>(Recording::open(path), paced);
   } catch (const ArchiveError& error) {
     throw SourceError(error.what());

@@ -4,6 +4,8 @@
 
 namespace Program {
 
+class Progress;
+
 // Passes on another clock, and remembers the last moment at which something was due: the loop waits
 // for nothing else. A wait beyond `end` is the one that finds out that nothing more is due.
 class DueClock : public Pelago::Clock {
@@ -19,10 +21,14 @@ class DueClock : public Pelago::Clock {
 
   Pelago::Milliseconds lastDue() const { return _lastDue; }
 
+  // Is told every moment that is waited for; null: nobody is.
+  void showOn(Progress* progress) { _progress = progress; }
+
  private:
   Pelago::Clock& _clock;
   Pelago::Milliseconds _end;
   Pelago::Milliseconds _lastDue = 0;
+  Progress* _progress = nullptr;
 };
 
 }  // namespace Program

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "application/progress/Progress.h"
 #include "application/session/SessionObserver.h"
 #include "model/RAIDHost.h"
 #include "monitor/RAIDMonitor.h"
@@ -36,6 +37,14 @@ Session::~Session() {
 }
 
 void Session::run() {
+  if (_source.waits()) return runToTheEnd();
+  Progress progress("Replaying", _end);
+  _clock.showOn(&progress);
+  runToTheEnd();
+  _clock.showOn(nullptr);
+}
+
+void Session::runToTheEnd() {
   _monitor->startMonitoring();
   // One moment beyond the end instead of through it: the same things happen, and the clock never
   // waits for a moment up to the end at which nothing is due.

@@ -44,6 +44,7 @@ class Session {
   std::vector<RAIDMonitoring::RAIDHost*> hosts() const;
 
  private:
+  void runToTheEnd();
   bool runLooks();
 
   Source& _source;

@@ -49,6 +49,10 @@ class Source {
   // Puts the content in force that belongs to that look, and goes on to the next one.
   virtual void prepareLook() = 0;
 
+  // Whether time passes while a session waits. When it does not, this is a replay: work that lasts
+  // as long as the machine needs for it, and whose content changes at its looks alone.
+  virtual bool waits() const { return true; }
+
   // The refresh at which a watch ends by itself; none when it does not.
   virtual std::optional<Pelago::Milliseconds> end() const = 0;
 

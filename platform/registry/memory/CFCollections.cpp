@@ -143,6 +143,24 @@ const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
   return pair != nullptr ? pair->value : nullptr;
 }
 
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
+  OperationLog::instance().count(Operation::CFDictionaryGetCount);
+  const auto& read = MemoryRegistry::require<__CFDictionary>(dictionary, CFType::DictionaryType,
+                                                             "CFDictionaryGetCount");
+  return static_cast<CFIndex>(read.pairs.size());
+}
+
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
+                                  const void** values) {
+  OperationLog::instance().count(Operation::CFDictionaryGetKeysAndValues);
+  const auto& read = MemoryRegistry::require<__CFDictionary>(dictionary, CFType::DictionaryType,
+                                                             "CFDictionaryGetKeysAndValues");
+  for (const auto& pair : read.pairs) {
+    if (keys != nullptr) *keys++ = pair.key;
+    if (values != nullptr) *values++ = pair.value;
+  }
+}
+
 CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef, CFStringRef string,
                                                   CFStringRef separator) {
   constexpr const char* operation = "CFStringCreateArrayBySeparatingStrings";

@@ -49,7 +49,7 @@ bool equal(CFTypeRef a, CFTypeRef b) {
     case CFType::NumberType:
       return sameNumber(as<__CFNumber>(a), as<__CFNumber>(b));
     case CFType::DataType:
-      return as<CFData>(a).bytes == as<CFData>(b).bytes;
+      return as<__CFData>(a).bytes == as<__CFData>(b).bytes;
     case CFType::ArrayType: {
       const auto& values = as<__CFArray>(a).values;
       const auto& others = as<__CFArray>(b).values;
@@ -71,7 +71,7 @@ std::size_t hashOf(CFTypeRef value) {
     case CFType::NumberType:
       return hashOf(as<__CFNumber>(value));
     case CFType::DataType:
-      return as<CFData>(value).bytes.size();
+      return as<__CFData>(value).bytes.size();
     case CFType::ArrayType:
       return as<__CFArray>(value).values.size();
     case CFType::DictionaryType:

@@ -94,3 +94,10 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
       MemoryRegistry::trap("CFNumberGetValue", "a type of number that is not known");
   }
 }
+
+Boolean CFNumberIsFloatType(CFNumberRef number) {
+  OperationLog::instance().count(Operation::CFNumberIsFloatType);
+  const auto& read = MemoryRegistry::require<__CFNumber>(number, MemoryRegistry::CFType::NumberType,
+                                                         "CFNumberIsFloatType");
+  return read.isReal() ? 1 : 0;
+}

@@ -16,6 +16,8 @@
 
 namespace MemoryRegistry {
 
+struct Property;
+
 enum class CFType : CFTypeID {
   StringType = 7,
   DictionaryType = 18,
@@ -35,21 +37,21 @@ struct CFHeader {
   std::uint64_t references = 1;
 };
 
-struct CFData {
-  CFHeader header{CFType::DataType};
-  Data bytes;
-};
-
-struct CFBoolean {
-  CFHeader header{CFType::BooleanType};
-  bool value = false;
-};
-
 struct CFOpaque {
   CFHeader header{CFType::OpaqueType};
 };
 
 }  // namespace MemoryRegistry
+
+struct __CFBoolean {
+  MemoryRegistry::CFHeader header{MemoryRegistry::CFType::BooleanType};
+  bool value = false;
+};
+
+struct __CFData {
+  MemoryRegistry::CFHeader header{MemoryRegistry::CFType::DataType};
+  MemoryRegistry::Data bytes;
+};
 
 struct __CFString {
   MemoryRegistry::CFHeader header{MemoryRegistry::CFType::StringType};
@@ -95,8 +97,8 @@ namespace MemoryRegistry {
 
 static_assert(std::is_standard_layout_v<__CFString> && std::is_standard_layout_v<__CFNumber> &&
                   std::is_standard_layout_v<__CFArray> &&
-                  std::is_standard_layout_v<__CFDictionary> && std::is_standard_layout_v<CFData> &&
-                  std::is_standard_layout_v<CFBoolean>,
+                  std::is_standard_layout_v<__CFDictionary> &&
+                  std::is_standard_layout_v<__CFData> && std::is_standard_layout_v<__CFBoolean>,
               "a CFTypeRef points to the header as well as to the value");
 
 // A mistake of the program that the operating system would crash on: says so in one line and
@@ -156,6 +158,7 @@ Owned<__CFString> makePropertyString(const std::string& bytes);
 CFTypeRef booleanValue(bool value);  // a constant
 // A deep copy with one reference.
 Owned<const void> makeProperty(const PropertyValue& value);
+Owned<__CFDictionary> makeProperties(const std::vector<Property>& properties);
 
 // The property key that a string stands for; null when no property can have it.
 Symbol keyOf(const __CFString& string);

@@ -4,12 +4,26 @@
 
 #include "platform/registry/memory/CFNumbers.h"
 #include "platform/registry/memory/CFObjects.h"
+#include "platform/registry/memory/Entry.h"
 
 namespace MemoryRegistry {
 
 namespace {
 
 Owned<const void> untyped(const void* value) { return Owned<const void>(value); }
+
+void append(__CFDictionary& dictionary, const std::string& key, const PropertyValue& value) {
+  auto name = makePropertyString(key);
+  auto copy = makeProperty(value);
+  dictionary.pairs.push_back({hashOf(name.get()), name.get(), copy.get()});
+  static_cast<void>(name.release());  // both the dictionary's now
+  static_cast<void>(copy.release());
+}
+
+void sortPairs(__CFDictionary& dictionary) {
+  std::stable_sort(dictionary.pairs.begin(), dictionary.pairs.end(),
+                   [](const auto& a, const auto& b) { return a.hash < b.hash; });
+}
 
 // What a property becomes on the user's side, one operator for each kind.
 struct Copier {
@@ -29,7 +43,7 @@ struct Copier {
     return untyped(makePropertyString(value).release());
   }
   Owned<const void> operator()(const Data& bytes) const {
-    auto data = make<CFData>();
+    auto data = make<__CFData>();
     data->bytes = bytes;
     return untyped(data.release());
   }
@@ -45,41 +59,39 @@ struct Copier {
     auto dictionary = make<__CFDictionary>();
     dictionary->pairs.reserve(pairs.size());
     // From the back, so that of a key given twice the last one is met first.
-    for (auto pair = pairs.rbegin(); pair != pairs.rend(); ++pair) {
-      auto key = makePropertyString(pair->first);
-      auto copy = makeProperty(pair->second);
-      dictionary->pairs.push_back({hashOf(key.get()), key.get(), copy.get()});
-      static_cast<void>(key.release());  // both the dictionary's now
-      static_cast<void>(copy.release());
-    }
+    for (auto pair = pairs.rbegin(); pair != pairs.rend(); ++pair)
+      append(*dictionary, pair->first, pair->second);
     sortPairs(*dictionary);
     return untyped(dictionary.release());
   }
   Owned<const void> operator()(const Opaque&) const { return untyped(make<CFOpaque>().release()); }
-
- private:
-  static void sortPairs(__CFDictionary& dictionary) {
-    std::stable_sort(dictionary.pairs.begin(), dictionary.pairs.end(),
-                     [](const auto& a, const auto& b) { return a.hash < b.hash; });
-  }
 };
 
 }  // namespace
 
 CFTypeRef booleanValue(bool value) {
   static const auto constant = [](bool of) {
-    auto* boolean = new CFBoolean;  // for ever
+    auto* boolean = new __CFBoolean;  // for ever
     boolean->header.constant = true;
     boolean->value = of;
     return boolean;
   };
-  static const CFBoolean* const no = constant(false);
-  static const CFBoolean* const yes = constant(true);
+  static const __CFBoolean* const no = constant(false);
+  static const __CFBoolean* const yes = constant(true);
   return value ? yes : no;
 }
 
 Owned<const void> makeProperty(const PropertyValue& value) {
   return std::visit(Copier(), value.variant());
+}
+
+Owned<__CFDictionary> makeProperties(const std::vector<Property>& properties) {
+  auto dictionary = make<__CFDictionary>();
+  dictionary->pairs.reserve(properties.size());
+  for (const Property& property : properties)
+    append(*dictionary, property.key->text, property.value);
+  sortPairs(*dictionary);
+  return dictionary;
 }
 
 }  // namespace MemoryRegistry

@@ -39,9 +39,9 @@ void destroy(CFTypeRef value) {
     case CFType::NumberType:
       return discard<__CFNumber>(value);
     case CFType::DataType:
-      return discard<CFData>(value);
+      return discard<__CFData>(value);
     case CFType::BooleanType:
-      return discard<CFBoolean>(value);
+      return discard<__CFBoolean>(value);
     case CFType::OpaqueType:
       return discard<CFOpaque>(value);
     case CFType::ArrayType:
@@ -111,6 +111,8 @@ CFTypeID CFGetTypeID(CFTypeRef value) {
   return static_cast<CFTypeID>(MemoryRegistry::typeOf(value));
 }
 
+CFTypeID CFBooleanGetTypeID() { return static_cast<CFTypeID>(CFType::BooleanType); }
+CFTypeID CFDataGetTypeID() { return static_cast<CFTypeID>(CFType::DataType); }
 CFTypeID CFStringGetTypeID() { return static_cast<CFTypeID>(CFType::StringType); }
 CFTypeID CFNumberGetTypeID() { return static_cast<CFTypeID>(CFType::NumberType); }
 CFTypeID CFArrayGetTypeID() { return static_cast<CFTypeID>(CFType::ArrayType); }

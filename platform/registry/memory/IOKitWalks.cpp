@@ -1,4 +1,5 @@
 #include "platform/registry/memory/CFObjects.h"
+#include "platform/registry/memory/Matching.h"
 #include "platform/registry/memory/RegistryPath.h"
 #include "platform/registry/memory/SeamSupport.h"
 
@@ -65,6 +66,40 @@ kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const c
   // Unlike the walks, this one takes a plane that is unknown for one without links.
   if (!isServicePlane(plane)) return kIOReturnSuccess;
   *iterator = graph.openSnapshot(start.entry->children);
+  return kIOReturnSuccess;
+}
+
+kern_return_t IORegistryEntryGetParentIterator(io_registry_entry_t entry, const char* plane,
+                                               io_iterator_t* iterator) {
+  if (iterator == nullptr) trap("IORegistryEntryGetParentIterator", "null for the result");
+  *iterator = 0;
+  if (const auto failure =
+          OperationLog::instance().enter(Operation::IORegistryEntryGetParentIterator)) {
+    return resultOf(*failure);
+  }
+  Graph& graph = Graph::instance();
+  const EntryOrError start = entryFor(entry);
+  if (start.entry == nullptr) return start.error;
+  if (!isServicePlane(plane)) return kIOReturnSuccess;
+  *iterator = graph.openSnapshot(start.entry->parents);
+  return kIOReturnSuccess;
+}
+
+kern_return_t IOServiceGetMatchingServices(mach_port_t, CFDictionaryRef matching,
+                                           io_iterator_t* existing) {
+  const Owned<const __CFDictionary> consumed(matching);
+  if (existing == nullptr) trap("IOServiceGetMatchingServices", "null for the result");
+  *existing = 0;
+  if (const auto failure =
+          OperationLog::instance().enter(Operation::IOServiceGetMatchingServices)) {
+    return resultOf(*failure);
+  }
+  if (matching == nullptr) return kIOReturnBadArgument;
+  Graph& graph = Graph::instance();
+  Links found;
+  found.entries = findServices(graph, require<__CFDictionary>(matching, CFType::DictionaryType,
+                                                              "IOServiceGetMatchingServices"));
+  if (!found.entries.empty()) *existing = graph.openSnapshot(found);
   return kIOReturnSuccess;
 }
 

@@ -157,46 +157,46 @@ const CFTypeRef* providerClass(const __CFDictionary& matching) {
   return nullptr;
 }
 
-class ServiceSearch {
- public:
-  ServiceSearch(Graph& graph, const __CFDictionary& matching)
-      : _graph(graph), _matching(matching) {}
+// Calls `visit` with every service of the class that is wanted, in no order, and with what tells
+// whether it meets the rest.
+template <class Visit>
+void visitServices(Graph& graph, const __CFDictionary& matching, Visit visit) {
+  const CFTypeRef* wanted = providerClass(matching);
+  const __CFString* className = wanted != nullptr ? asString(*wanted) : nullptr;
+  if (wanted != nullptr && className == nullptr) return;
+  const Symbol symbol = className != nullptr ? findSymbol(className->text) : nullptr;
+  if (className != nullptr && symbol == nullptr) return;
 
-  void among(const ClassInfo& candidates) {
-    for (Entry* entry = candidates.instances; entry != nullptr; entry = entry->nextOfClass) {
-      const bool earlier = _found == nullptr || entry->id < _found->id;
-      if (earlier && canBeFound(*entry) && meetsAll(*entry)) _found = entry;
-    }
+  const auto meetsAll = [&](const Entry& entry) {
+    return std::all_of(matching.pairs.begin(), matching.pairs.end(),
+                       [&](const auto& pair) { return meets(graph, entry, pair); });
+  };
+  for (const auto& candidates : ClassTable::instance().all()) {
+    if (symbol != nullptr && !candidates->derivesFrom(classNumberOf(symbol))) continue;
+    for (Entry* entry = candidates->instances; entry != nullptr; entry = entry->nextOfClass)
+      visit(*entry, meetsAll);
   }
-  Entry* found() const { return _found; }
-
- private:
-  bool meetsAll(const Entry& entry) const {
-    return std::all_of(_matching.pairs.begin(), _matching.pairs.end(),
-                       [&](const auto& pair) { return meets(_graph, entry, pair); });
-  }
-
-  Graph& _graph;
-  const __CFDictionary& _matching;
-  Entry* _found = nullptr;
-};
+}
 
 }  // namespace
 
 Entry* findService(Graph& graph, const __CFDictionary& matching) {
-  const CFTypeRef* wanted = providerClass(matching);
-  const __CFString* className = wanted != nullptr ? asString(*wanted) : nullptr;
-  if (wanted != nullptr && className == nullptr) return nullptr;
-  const Symbol symbol = className != nullptr ? findSymbol(className->text) : nullptr;
-  if (className != nullptr && symbol == nullptr) return nullptr;
+  Entry* found = nullptr;
+  visitServices(graph, matching, [&found](Entry& entry, const auto& meetsAll) {
+    const bool earlier = found == nullptr || entry.id < found->id;
+    if (earlier && canBeFound(entry) && meetsAll(entry)) found = &entry;
+  });
+  return found;
+}
 
-  ServiceSearch search(graph, matching);
-  for (const auto& candidates : ClassTable::instance().all()) {
-    if (symbol == nullptr || candidates->derivesFrom(classNumberOf(symbol))) {
-      search.among(*candidates);
-    }
-  }
-  return search.found();
+std::vector<Entry*> findServices(Graph& graph, const __CFDictionary& matching) {
+  std::vector<Entry*> found;
+  visitServices(graph, matching, [&found](Entry& entry, const auto& meetsAll) {
+    if (canBeFound(entry) && meetsAll(entry)) found.push_back(&entry);
+  });
+  std::sort(found.begin(), found.end(),
+            [](const Entry* a, const Entry* b) { return a->id < b->id; });
+  return found;
 }
 
 }  // namespace MemoryRegistry

@@ -32,6 +32,8 @@ using CFOptionFlags = unsigned long;
 using CFStringEncoding = std::uint32_t;
 using CFTypeRef = const void*;
 using CFAllocatorRef = const struct __CFAllocator*;
+using CFBooleanRef = const struct __CFBoolean*;
+using CFDataRef = const struct __CFData*;
 using CFStringRef = const struct __CFString*;
 using CFNumberRef = const struct __CFNumber*;
 using CFArrayRef = const struct __CFArray*;
@@ -100,6 +102,15 @@ using MemoryRegistry::kCFTypeDictionaryValueCallBacks;
 MEMORYREGISTRY_EXPORT io_service_t IOServiceGetMatchingService(mach_port_t mainPort,
                                                                CFDictionaryRef matching);
 
+// Every service that matches, as they are now, ascending by ID. Always consumes one reference of
+// `matching`. No match is a success with iterator 0; null for `matching` is kIOReturnBadArgument.
+MEMORYREGISTRY_EXPORT kern_return_t IOServiceGetMatchingServices(mach_port_t mainPort,
+                                                                 CFDictionaryRef matching,
+                                                                 io_iterator_t* existing);
+
+// The root of every plane, with one reference.
+MEMORYREGISTRY_EXPORT io_registry_entry_t IORegistryGetRootEntry(mach_port_t mainPort);
+
 // The entry at a path such as "IOService:/A/B@1", with one reference, or 0 when nothing is there
 // (the empty path included).
 MEMORYREGISTRY_EXPORT io_registry_entry_t IORegistryEntryFromPath(mach_port_t mainPort,
@@ -135,6 +146,11 @@ MEMORYREGISTRY_EXPORT kern_return_t IORegistryEntryGetChildIterator(io_registry_
                                                                     const char* plane,
                                                                     io_iterator_t* iterator);
 
+// The same for the parents, in the order in which the entry was attached to them.
+MEMORYREGISTRY_EXPORT kern_return_t IORegistryEntryGetParentIterator(io_registry_entry_t entry,
+                                                                     const char* plane,
+                                                                     io_iterator_t* iterator);
+
 // The next entry, with one reference; 0 at the end, which is not to say that the walk was complete.
 MEMORYREGISTRY_EXPORT io_object_t IOIteratorNext(io_iterator_t iterator);
 
@@ -156,6 +172,21 @@ inline boolean_t IOObjectConformsTo(io_object_t object, const char* className) {
   return MemoryRegistry::conformsTo(object, className, length);
 }
 
+// The name of the entry's class into an io_name_t, or what its property IOClassNameOverride says.
+MEMORYREGISTRY_EXPORT kern_return_t IOObjectGetClass(io_object_t object, char* className);
+
+// The class that another is derived from, as the entries that there are tell it; null for a class
+// that derives from nothing, or that no entry is of or derived from.
+MEMORYREGISTRY_EXPORT CFStringRef IOObjectCopySuperclassForClass(CFStringRef className);
+
+// The number that the entry keeps for as long as it lives, and that no other one ever gets.
+MEMORYREGISTRY_EXPORT kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry,
+                                                                      std::uint64_t* id);
+
+// The name into an io_name_t, cut off at 127 bytes; the same in any plane.
+MEMORYREGISTRY_EXPORT kern_return_t IORegistryEntryGetNameInPlane(io_registry_entry_t entry,
+                                                                  const char* plane, char* name);
+
 // The path through first parents into an io_string_t: at most 509 characters, else
 // kIOReturnBadArgument.
 MEMORYREGISTRY_EXPORT kern_return_t IORegistryEntryGetPath(io_registry_entry_t entry,
@@ -173,6 +204,11 @@ MEMORYREGISTRY_EXPORT CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entr
                                                                 CFAllocatorRef allocator,
                                                                 IOOptionBits options);
 
+// Fresh copies of all properties, in a dictionary that is empty when there are none.
+MEMORYREGISTRY_EXPORT kern_return_t
+IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMutableDictionaryRef* properties,
+                                  CFAllocatorRef allocator, IOOptionBits options);
+
 // ---- IOKit: references ------------------------------------------------------------------------
 
 // Both succeed on 0 and on the handle of a terminated entry.
@@ -185,6 +221,8 @@ MEMORYREGISTRY_EXPORT CFTypeRef CFRetain(CFTypeRef value);
 MEMORYREGISTRY_EXPORT void CFRelease(CFTypeRef value);
 MEMORYREGISTRY_EXPORT CFTypeID CFGetTypeID(CFTypeRef value);
 
+MEMORYREGISTRY_EXPORT CFTypeID CFBooleanGetTypeID();
+MEMORYREGISTRY_EXPORT CFTypeID CFDataGetTypeID();
 MEMORYREGISTRY_EXPORT CFTypeID CFStringGetTypeID();
 MEMORYREGISTRY_EXPORT CFTypeID CFNumberGetTypeID();
 MEMORYREGISTRY_EXPORT CFTypeID CFArrayGetTypeID();
@@ -219,6 +257,14 @@ MEMORYREGISTRY_EXPORT CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNum
 // False when the number does not fit; the truncated value is written all the same.
 MEMORYREGISTRY_EXPORT Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
+MEMORYREGISTRY_EXPORT Boolean CFNumberIsFloatType(CFNumberRef number);
+
+MEMORYREGISTRY_EXPORT Boolean CFBooleanGetValue(CFBooleanRef boolean);
+
+MEMORYREGISTRY_EXPORT CFIndex CFDataGetLength(CFDataRef data);
+// Borrowed; may be null when there are none.
+MEMORYREGISTRY_EXPORT const UInt8* CFDataGetBytePtr(CFDataRef data);
+
 MEMORYREGISTRY_EXPORT CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values,
                                                CFIndex count, const CFArrayCallBacks* callBacks);
 MEMORYREGISTRY_EXPORT CFIndex CFArrayGetCount(CFArrayRef array);
@@ -230,3 +276,7 @@ MEMORYREGISTRY_EXPORT CFMutableDictionaryRef CFDictionaryCreateMutable(
 MEMORYREGISTRY_EXPORT void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key,
                                                 const void* value);
 MEMORYREGISTRY_EXPORT const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+MEMORYREGISTRY_EXPORT CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
+// Borrowed, in no order; either may be null.
+MEMORYREGISTRY_EXPORT void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary,
+                                                        const void** keys, const void** values);

@@ -43,11 +43,11 @@ class Comparison {
   }
   bool operator()(const std::string& text) const {
     if (const auto* other = soughtAs<__CFString>(CFType::StringType)) return other->text == text;
-    const auto* data = soughtAs<CFData>(CFType::DataType);
+    const auto* data = soughtAs<__CFData>(CFType::DataType);
     return data != nullptr && sameText(text, textOf(data->bytes));
   }
   bool operator()(const Data& bytes) const {
-    if (const auto* other = soughtAs<CFData>(CFType::DataType)) return other->bytes == bytes;
+    if (const auto* other = soughtAs<__CFData>(CFType::DataType)) return other->bytes == bytes;
     const auto* text = soughtAs<__CFString>(CFType::StringType);
     return text != nullptr && sameText(text->text, textOf(bytes));
   }

@@ -9,6 +9,8 @@ typedef unsigned long CFOptionFlags;
 typedef UInt32 CFStringEncoding;
 typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFBoolean* CFBooleanRef;
+typedef const struct __CFData* CFDataRef;
 typedef const struct __CFString* CFStringRef;
 typedef const struct __CFNumber* CFNumberRef;
 typedef const struct __CFArray* CFArrayRef;
@@ -37,6 +39,7 @@ typedef struct {
 enum CFNumberType : CFIndex {
   kCFNumberSInt32Type = 3,
   kCFNumberSInt64Type = 4,
+  kCFNumberFloat64Type = 6,
   kCFNumberIntType = 9,
   kCFNumberLongLongType = 11
 };
@@ -57,6 +60,8 @@ extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
 CFTypeRef CFRetain(CFTypeRef value);
 void CFRelease(CFTypeRef value);
 CFTypeID CFGetTypeID(CFTypeRef value);
+CFTypeID CFBooleanGetTypeID(void);
+CFTypeID CFDataGetTypeID(void);
 CFTypeID CFStringGetTypeID(void);
 CFTypeID CFNumberGetTypeID(void);
 CFTypeID CFArrayGetTypeID(void);
@@ -78,6 +83,10 @@ CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef allocator, CFSt
                                                   CFStringRef separator);
 CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
+Boolean CFNumberIsFloatType(CFNumberRef number);
+Boolean CFBooleanGetValue(CFBooleanRef boolean);
+CFIndex CFDataGetLength(CFDataRef data);
+const UInt8* CFDataGetBytePtr(CFDataRef data);
 CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex count,
                          const CFArrayCallBacks* callBacks);
 CFIndex CFArrayGetCount(CFArrayRef array);
@@ -87,4 +96,7 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFInd
                                                  const CFDictionaryValueCallBacks* valueCallBacks);
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
+                                  const void** values);
 }

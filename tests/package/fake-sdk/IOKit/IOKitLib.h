@@ -1,6 +1,7 @@
 #pragma once
 
 #include <AvailabilityMacros.h>
+#include <stdint.h>
 // By its place, since nothing but platform/registry/ includes a header of the system.
 #include "../CoreFoundation/CoreFoundation.h"
 
@@ -35,6 +36,9 @@ extern const mach_port_t kIOMasterPortDefault;
 #endif
 
 io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef matching);
+kern_return_t IOServiceGetMatchingServices(mach_port_t mainPort, CFDictionaryRef matching,
+                                           io_iterator_t* existing);
+io_registry_entry_t IORegistryGetRootEntry(mach_port_t mainPort);
 io_registry_entry_t IORegistryEntryFromPath(mach_port_t mainPort, const io_string_t path);
 kern_return_t IORegistryEntryGetParentEntry(io_registry_entry_t entry, const io_name_t plane,
                                             io_registry_entry_t* parent);
@@ -46,16 +50,26 @@ kern_return_t IORegistryCreateIterator(mach_port_t mainPort, const io_name_t pla
                                        IOOptionBits options, io_iterator_t* iterator);
 kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const io_name_t plane,
                                               io_iterator_t* iterator);
+kern_return_t IORegistryEntryGetParentIterator(io_registry_entry_t entry, const io_name_t plane,
+                                               io_iterator_t* iterator);
 io_object_t IOIteratorNext(io_iterator_t iterator);
 boolean_t IOIteratorIsValid(io_iterator_t iterator);
 void IOIteratorReset(io_iterator_t iterator);
 boolean_t IOObjectConformsTo(io_object_t object, const io_name_t className);
+kern_return_t IOObjectGetClass(io_object_t object, io_name_t className);
+CFStringRef IOObjectCopySuperclassForClass(CFStringRef className);
+kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, uint64_t* id);
+kern_return_t IORegistryEntryGetNameInPlane(io_registry_entry_t entry, const io_name_t plane,
+                                            io_name_t name);
 kern_return_t IORegistryEntryGetPath(io_registry_entry_t entry, const io_name_t plane,
                                      io_string_t path);
 kern_return_t IORegistryEntryGetLocationInPlane(io_registry_entry_t entry, const io_name_t plane,
                                                 io_name_t location);
 CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t entry, CFStringRef key,
                                           CFAllocatorRef allocator, IOOptionBits options);
+kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry,
+                                                CFMutableDictionaryRef* properties,
+                                                CFAllocatorRef allocator, IOOptionBits options);
 kern_return_t IOObjectRetain(io_object_t object);
 kern_return_t IOObjectRelease(io_object_t object);
 }
