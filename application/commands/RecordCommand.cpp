@@ -25,8 +25,7 @@ void RecordCommand::addOptions(CLI::App& parser) {
       ->type_name("");
   addSourceOptions(parser, _registry);
   addMillisecondsOption(parser, "--every", _every, "Look at the live registry so often (2000)");
-  parser.add_flag("--anonymise", _anonymise,
-                  "Replace serial numbers, names, UUIDs and addresses by stand-ins");
+  parser.add_flag("--anonymise", _anonymise, "Replace serial numbers, names, UUIDs by stand-ins");
   parser.callback([this] {
     if (_every == 0) throw CLI::ValidationError("--every", "0 is no interval");
   });

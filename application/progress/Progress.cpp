@@ -10,9 +10,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
-#include <cstring>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <thread>
 
@@ -27,8 +27,9 @@ constexpr int Width = 30;
 constexpr int DefaultColumns = 80;
 
 bool canDraw() {
-  const char* terminal = std::getenv("TERM");
-  return isatty(STDERR_FILENO) == 1 && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
+  const char* name = std::getenv("TERM");
+  const std::string_view terminal = name != nullptr ? name : "";
+  return isatty(STDERR_FILENO) == 1 && !terminal.empty() && terminal != "dumb";
 }
 
 int columnsOfTerminal() {
@@ -90,6 +91,7 @@ class Progress::Bar {
   Bar& operator=(const Bar&) = delete;
 
   void reach(std::int64_t done) noexcept { _done.store(done, std::memory_order_relaxed); }
+  void expect(std::int64_t whole) noexcept { _whole.store(whole, std::memory_order_relaxed); }
 
   void hide() {
     if (!_mayBeShown.load(std::memory_order_relaxed)) return;
@@ -113,7 +115,8 @@ class Progress::Bar {
 
   // The cursor stays at the start of the line: whatever is printed next begins there.
   void draw() {
-    std::string line = barOf(_work, _done.load(std::memory_order_relaxed), _whole);
+    std::string line =
+        barOf(_work, _done.load(std::memory_order_relaxed), _whole.load(std::memory_order_relaxed));
     const int columns = columnsOfTerminal() - 1;
     if (columns < static_cast<int>(line.size())) line.resize(static_cast<std::size_t>(columns));
     print("\r" + line + "\x1b[K\r");
@@ -126,7 +129,7 @@ class Progress::Bar {
   }
 
   const char* _work;
-  std::int64_t _whole;
+  std::atomic<std::int64_t> _whole;
   std::atomic<std::int64_t> _done{0};
   std::atomic<bool> _mayBeShown{false};
   std::mutex _mutex;
@@ -149,6 +152,11 @@ Progress::~Progress() = default;
 
 void Progress::reach(std::int64_t done) noexcept {
   if (_bar != nullptr) _bar->reach(done);
+}
+
+void Progress::reach(std::int64_t done, std::int64_t whole) noexcept {
+  if (_bar != nullptr) _bar->expect(whole);
+  reach(done);
 }
 
 void Progress::hide() noexcept {

@@ -20,12 +20,14 @@ class Progress {
   static constexpr std::int64_t Unknown = -1;
 
   // `work` is what is done ("Reading"), `whole` the number that will be reached at its end.
-  Progress(const char* work, std::int64_t whole);
+  explicit Progress(const char* work, std::int64_t whole = Unknown);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
   void reach(std::int64_t done) noexcept;
+  // The same, for work whose end becomes known on the way.
+  void reach(std::int64_t done, std::int64_t whole) noexcept;
 
   // Takes the bar off the terminal, for the time being.
   static void hide() noexcept;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,7 @@ using nlohmann::json;
 // Shorter ones are found where their keys are, and nowhere else: they might mean anything.
 constexpr std::size_t ShortestSought = 4;
 constexpr std::size_t ShortestSoughtInData = 6;
+constexpr std::size_t FewestDifferentBytes = 4;
 constexpr std::size_t LongestPersonalText = 128;
 constexpr std::uint64_t SmallestSoughtNumber = std::uint64_t{1} << 31U;
 
@@ -32,6 +34,12 @@ std::string coreOf(const std::string& text) {
 // A serial number that was never given.
 bool saysNothing(const std::string& core) {
   return std::all_of(core.begin(), core.end(), [](char c) { return c == '0'; });
+}
+
+// Among bytes, only what is not there by accident.
+bool isTelling(const std::string& bytes) {
+  return bytes.size() >= ShortestSoughtInData &&
+         std::set<char>(bytes.begin(), bytes.end()).size() >= FewestDifferentBytes;
 }
 
 bool isNumber(const json& value) { return value.is_number_integer(); }
@@ -211,7 +219,7 @@ void Anonymiser::indexTexts() {
   _inTexts.clear();
   _inData.clear();
   const auto addToData = [this](const std::string& text, const std::string& standIn) {
-    if (text.size() >= ShortestSoughtInData) _inData.add(text, standIn);
+    if (isTelling(text)) _inData.add(text, standIn);
   };
   for (const auto& [text, standIn] : _standIns.texts()) {
     if (text.size() >= ShortestSought) _inTexts.add(text, standIn);
@@ -219,10 +227,7 @@ void Anonymiser::indexTexts() {
   }
   for (const auto& [number, standIn] : _standIns.numbers()) {
     if (number < SmallestSoughtNumber) continue;
-    const std::string digits = digitsOfBytes(reversed(bytesOf(number)));
-    const std::string others = digitsOfBytes(reversed(bytesOf(standIn)));
-    _inTexts.add(digits, others);
-    if (upperCase(digits) != digits) _inTexts.add(upperCase(digits), upperCase(others));
+    addDigits(digitsOfBytes(reversed(bytesOf(number))), digitsOfBytes(reversed(bytesOf(standIn))));
     addToData(bytesOf(number), bytesOf(standIn));
     addToData(reversed(bytesOf(number)), reversed(bytesOf(standIn)));
   }
@@ -231,6 +236,18 @@ void Anonymiser::indexTexts() {
   }
   for (const std::string& digits : _standIns.uuids())
     addToData(bytesOfDigits(digits), bytesOfDigits(_standIns.forUUID(digits)));
+}
+
+// As numbers are written in texts: all digits or those that count, in either case.
+void Anonymiser::addDigits(const std::string& digits, const std::string& standIn) {
+  for (const std::size_t start : {std::size_t{0}, digits.find_first_not_of('0')}) {
+    const std::string text = digits.substr(start);
+    const std::string other = standIn.substr(start);
+    for (const char* prefix : {"", "0x"}) {
+      _inTexts.add(prefix + text, prefix + other);
+      _inTexts.add(prefix + upperCase(text), prefix + upperCase(other));
+    }
+  }
 }
 
 void Anonymiser::disguise(RecordedEntry& entry) {

@@ -28,6 +28,7 @@ class Anonymiser {
   void collectData(std::string_view key, const Value::binary_t& data);
   void collectHomes(const std::string& text);
   void indexTexts();
+  void addDigits(const std::string& digits, const std::string& standIn);
 
   void disguise(RecordedEntry& entry);
   Value disguised(std::string_view key, const Value& value);

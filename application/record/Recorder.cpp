@@ -20,15 +20,19 @@ Recorder::Recorder(Source& source, RecordingFolder& folder, Anonymiser* anonymis
     : _source(source), _folder(folder), _anonymiser(anonymiser), _plan(plan) {}
 
 void Recorder::run() {
-  Progress progress(
-      "Recording", _source.waits() ? Progress::Unknown : _source.end().value_or(Progress::Unknown));
+  if (_source.waits()) return lookOn(nullptr);
+  Progress progress("Recording", _source.end().value_or(Progress::Unknown));
+  lookOn(&progress);
+  if (_lastLook > _lastWritten) write(_lastLook, _known);
+}
+
+void Recorder::lookOn(Progress* progress) {
   while (const auto moment = nextMoment()) {
-    if (_plan.until && *moment > *_plan.until) break;
-    if (!Pelago::Application::instance()->runBefore(*moment)) break;
-    progress.reach(*moment);
+    if (_plan.until && *moment > *_plan.until) return;
+    if (!Pelago::Application::instance()->runBefore(*moment)) return;
+    if (progress != nullptr) progress->reach(*moment);
     look(*moment);
   }
-  if (!_source.waits()) writeTheLast();
 }
 
 std::optional<Milliseconds> Recorder::nextMoment() const {
@@ -60,10 +64,6 @@ void Recorder::write(Milliseconds moment, const RegistryLook& look) {
     _folder.write(moment, archiveOf(_anonymiser->disguised(look)));
   }
   _lastWritten = moment;
-}
-
-void Recorder::writeTheLast() {
-  if (_lastLook > _lastWritten) write(_lastLook, _known);
 }
 
 }  // namespace Program

@@ -8,6 +8,7 @@
 namespace Program {
 
 class Anonymiser;
+class Progress;
 class RecordingFolder;
 
 // Looks at a registry again and again, and writes down what it finds changed.
@@ -34,10 +35,10 @@ class Recorder {
   void run();
 
  private:
+  void lookOn(Progress* progress);
   std::optional<Pelago::Milliseconds> nextMoment() const;
   void look(Pelago::Milliseconds moment);
   void write(Pelago::Milliseconds moment, const RegistryLook& look);
-  void writeTheLast();
 
   Source& _source;
   RecordingFolder& _folder;

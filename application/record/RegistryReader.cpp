@@ -90,7 +90,8 @@ std::string locationOf(io_registry_entry_t entry) {
   NameBuffer buffer{};
   const kern_return_t result =
       IORegistryEntryGetLocationInPlane(entry, kServicePlane, buffer.data());
-  return result == KERN_SUCCESS ? textOf(buffer) : std::string();
+  require(result == KERN_SUCCESS || result == kIOReturnNotFound);
+  return textOf(buffer);
 }
 
 nlohmann::json propertiesOf(io_registry_entry_t entry) {

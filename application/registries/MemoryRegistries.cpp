@@ -32,7 +32,10 @@ class RecordingSource : public Source {
  public:
   // `texts` are what a recording from memory reads, and stay where they are.
   RecordingSource(Recording recording, bool paced, std::vector<std::string> texts = {})
-      : _texts(std::move(texts)), _recording(std::move(recording)), _paced(paced), _clock(clockFor(paced)) {
+      : _texts(std::move(texts)),
+        _recording(std::move(recording)),
+        _paced(paced),
+        _clock(clockFor(paced)) {
     MemoryRegistry::reset();
   }
 
@@ -77,8 +80,11 @@ class RecordingSource : public Source {
 
 std::unique_ptr<Source> openRegistry(const std::string& path, bool paced) {
   try {
-    Progress progress("Reading", Progress::Unknown);
-    return std::make_unique<RecordingSource>(Recording::open(path), paced);
+    Progress progress("Reading");
+    const auto readOne = [&progress](std::size_t count, std::size_t all) {
+      progress.reach(static_cast<std::int64_t>(count), static_cast<std::int64_t>(all));
+    };
+    return std::make_unique<RecordingSource>(Recording::open(path, readOne), paced);
   } catch (const ArchiveError& error) {
     throw SourceError(error.what());
   }

@@ -16,7 +16,8 @@ TEST(CommandLine, HelpIsThereForTheProgramAndEachCommand) {
   } rows[] = {{{"--help"}, "Usage: raidmonitor [OPTIONS] COMMAND\n"},
               {{"watch", "--help"}, "Usage: raidmonitor watch [OPTIONS]\n"},
               {{"list", "--help"}, "Usage: raidmonitor list [OPTIONS]\n"},
-              {{"slots", "--help"}, "Usage: raidmonitor slots [OPTIONS]\n"}};
+              {{"slots", "--help"}, "Usage: raidmonitor slots [OPTIONS]\n"},
+              {{"record", "--help"}, "Usage: raidmonitor record [OPTIONS] DIR\n"}};
   for (const auto& row : rows) {
     const Result result = run(row.arguments);
     EXPECT_EQ(0, result.status) << row.usage;

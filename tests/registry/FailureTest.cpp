@@ -45,6 +45,18 @@ class FailureTest : public RegistryFixture {
            return none && MemoryRegistry::accounts().values == 1;
          },
          {}},
+        handleRow(Operation::IOServiceGetMatchingServices,
+                  [](io_object_t* out) {
+                    const auto matching = dictionary();
+                    CFRetain(matching.get());
+                    const kern_return_t result =
+                        IOServiceGetMatchingServices(kIOMasterPortDefault, matching.get(), out);
+                    EXPECT_EQ(1U, MemoryRegistry::accounts().values) << "it takes its reference";
+                    return result;
+                  }),
+        {Operation::IORegistryGetRootEntry,
+         [] { return IORegistryGetRootEntry(kIOMasterPortDefault) == 0; },
+         {}},
         {Operation::IORegistryEntryFromPath,
          [] { return IORegistryEntryFromPath(kIOMasterPortDefault, "IOService:/") == 0; },
          {}},
@@ -68,10 +80,37 @@ class FailureTest : public RegistryFixture {
                   [=](io_object_t* out) {
                     return IORegistryEntryGetChildIterator(object, "IOService", out);
                   }),
+        handleRow(Operation::IORegistryEntryGetParentIterator,
+                  [=](io_object_t* out) {
+                    return IORegistryEntryGetParentIterator(object, "IOService", out);
+                  }),
         {Operation::IOIteratorNext, [=] { return IOIteratorNext(iterator) == 0; }, {}},
         {Operation::IOIteratorIsValid, [=] { return IOIteratorIsValid(iterator) == 0; }, {}},
         {Operation::IOObjectConformsTo,
          [=] { return IOObjectConformsTo(object, "IOService") == 0; },
+         {}},
+        {Operation::IOObjectGetClass,
+         [=] {
+           std::array<char, sizeof(io_name_t)> name{'#'};
+           return IOObjectGetClass(object, name.data()) == kIOReturnError && name[0] == '#';
+         },
+         {}},
+        {Operation::IOObjectCopySuperclassForClass,
+         [] { return IOObjectCopySuperclassForClass(CFSTR("IOService")) == nullptr; },
+         {}},
+        {Operation::IORegistryEntryGetRegistryEntryID,
+         [=] {
+           std::uint64_t id = 99;
+           return IORegistryEntryGetRegistryEntryID(object, &id) == kIOReturnError && id == 99;
+         },
+         {}},
+        {Operation::IORegistryEntryGetNameInPlane,
+         [=] {
+           std::array<char, sizeof(io_name_t)> name{'#'};
+           return IORegistryEntryGetNameInPlane(object, "IOService", name.data()) ==
+                      kIOReturnError &&
+                  name[0] == '#';
+         },
          {}},
         {Operation::IORegistryEntryGetPath,
          [=] {
@@ -92,6 +131,14 @@ class FailureTest : public RegistryFixture {
          [=] {
            return IORegistryEntryCreateCFProperty(object, CFSTR("Key"), kCFAllocatorDefault, 0) ==
                   nullptr;
+         },
+         {}},
+        {Operation::IORegistryEntryCreateCFProperties,
+         [=] {
+           CFMutableDictionaryRef properties = nullptr;
+           return IORegistryEntryCreateCFProperties(object, &properties, kCFAllocatorDefault, 0) ==
+                      kIOReturnError &&
+                  properties == nullptr;
          },
          {}},
         {Operation::CFStringCreateWithCString,

@@ -112,7 +112,7 @@ bool readInto(int descriptor, std::string& text) {
 
 RunningProgram::RunningProgram(const Arguments& arguments, const Launch& launch) {
   Pipe out = outputFor(launch);
-  Pipe err = makePipe();
+  Pipe err = launch.errorsOnTerminal ? makeTerminal(launch.columns) : makePipe();
   _process = checked(fork(), "fork");
   if (_process == 0) become(arguments, launch, out.write, err.write);
   closeDescriptor(out.write);
@@ -145,6 +145,12 @@ void RunningProgram::waitForLines(std::size_t count) {
     return static_cast<std::size_t>(std::count(_result.out.begin(), _result.out.end(), '\n'));
   };
   while (lines() < count) {
+    if (!readSome()) throw std::runtime_error("the program ended early: " + _result.err);
+  }
+}
+
+void RunningProgram::waitForError(const std::string& text) {
+  while (_result.err.find(text) == std::string::npos) {
     if (!readSome()) throw std::runtime_error("the program ended early: " + _result.err);
   }
 }

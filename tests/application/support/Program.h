@@ -16,8 +16,9 @@ struct Launch {
   enum class Output { Pipe, Terminal, Closed, File };
 
   Output output = Output::Pipe;
-  std::string file;  // for Output::File
-  int columns = 80;  // for Output::Terminal
+  std::string file;               // for Output::File
+  int columns = 80;               // for a terminal
+  bool errorsOnTerminal = false;  // instead of a pipe
   // Changes to the test's own environment; none: the variable is taken out.
   std::map<std::string, std::optional<std::string>> environment;
 };
@@ -39,6 +40,8 @@ class RunningProgram {
 
   // Waits until so much has been printed.
   void waitForLines(std::size_t count);
+  // Waits until that has been printed on standard error.
+  void waitForError(const std::string& text);
   void send(int signal) const;
   void closeOutput();
   Result finish();

@@ -17,7 +17,7 @@ bool isFolder(const std::string& path) {
 
 }  // namespace
 
-Recording Recording::open(const std::string& path) {
+Recording Recording::open(const std::string& path, const ReadOne& readOne) {
   Recording recording;
   if (isFolder(path)) {
     for (RecordedArchive& archive : listRecording(path)) {
@@ -29,8 +29,11 @@ Recording Recording::open(const std::string& path) {
     recording._names.push_back(path);
   }
   // The first one last: it is kept, and only one content is in memory at a time.
-  for (std::size_t i = recording._times.size() - 1; i > 0; --i)
+  const std::size_t all = recording._times.size();
+  for (std::size_t i = all - 1; i > 0; --i) {
     recording.read(i);
+    if (readOne) readOne(all - i, all);
+  }
   recording._first = recording.read(0);
   return recording;
 }

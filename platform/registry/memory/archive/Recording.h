@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,7 +24,9 @@ class Recording {
  public:
   // An archive (a file) or a folder of archives named "<milliseconds>.plist"; other files in it are
   // ignored. Reads every archive, so that none is found bad later, unless it changes.
-  static Recording open(const std::string& path);
+  // `readOne`, if any, is called after each, with how many of how many have been read.
+  using ReadOne = std::function<void(std::size_t count, std::size_t all)>;
+  static Recording open(const std::string& path, const ReadOne& readOne = {});
 
   // From texts that outlive the recording and are read when they are asked for.
   static Recording fromMemory(std::vector<std::pair<std::int64_t, std::string_view>> archives);

@@ -24,6 +24,7 @@ typedef char io_string_t[512];
 
 #define KERN_SUCCESS 0
 #define kIOReturnSuccess KERN_SUCCESS
+#define kIOReturnNotFound ((IOReturn)0xe00002f0)
 
 enum { kIORegistryIterateRecursively = 0x00000001, kIORegistryIterateParents = 0x00000002 };
 
