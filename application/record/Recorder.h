@@ -19,7 +19,7 @@ class RecordingFolder;
 //
 // Ownership: everything is the caller's, and outlives the recorder.
 // Thread:    the caller's, which is the event thread.
-// Failure:   SourceError when the registry can't be read at all, RecordingError when the folder
+// Failure:   SourceError when the registry can't be read at all, FileError when the folder
 //            can't be written. A later look that fails is left out, with a line on standard error.
 class Recorder {
  public:

@@ -1,21 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace Program {
 
-// A recording that can't be written: one line that names what could not be, and the reason.
-class RecordingError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 // The folder that a recording is written into.
 //
-// Failure: RecordingError. Nothing that was written before is touched.
+// Failure: FileError. Nothing that was written before is touched.
 class RecordingFolder {
  public:
   // Makes the folder when there is none; one that is there has to be empty.
@@ -27,15 +20,11 @@ class RecordingFolder {
 
   // The archive for that moment, "<milliseconds>.plist": there as a whole and for good when this
   // returns, and not at all when it throws.
-  void write(std::int64_t moment, std::string_view archive);
+  void write(std::int64_t moment, std::string_view archive) const;
 
  private:
-  void requireEmpty() const;
-  void writeAside(const std::string& name, std::string_view content) const;
-
   std::string _path;
-  int _descriptor = -1;
-  bool _isOurs = false;  // made here, and nothing written yet
+  bool _isOurs = false;  // made here
 };
 
 }  // namespace Program

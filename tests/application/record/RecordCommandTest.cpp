@@ -53,18 +53,18 @@ TEST_F(RecordCommandTest, TakesAnEmptyFolder) {
 TEST_F(RecordCommandTest, LeavesAFolderAloneThatHoldsSomething) {
   fs::create_directory(target);
   std::ofstream(target + "/.hidden") << "x";
-  expectError(run({"record", target}), target + " is not empty");
+  expectError(run({"record", target}), target + ": is not empty");
   EXPECT_THAT(files(target), ElementsAre(".hidden"));
 }
 
 TEST_F(RecordCommandTest, AFileIsNoFolder) {
   std::ofstream(target) << "x";
-  expectError(run({"record", target}), target + " cannot be opened: Not a directory");
+  expectError(run({"record", target}), target + ": cannot be made: File exists");
 }
 
 TEST_F(RecordCommandTest, AFolderThatCannotBeMadeIsAnError) {
   expectError(run({"record", target + "/deeper"}),
-              target + "/deeper cannot be made: No such file or directory");
+              target + "/deeper: cannot be made: No such file or directory");
 }
 
 TEST_F(RecordCommandTest, ARegistryThatCannotBeReadLeavesNoFolder) {
@@ -97,7 +97,7 @@ TEST_F(RecordCommandTest, AFullDiskIsOneErrorAndWhatWasWrittenStays) {
     const FullDisk full(sizeOf("3800.plist") - 1);
     result = run({"record", target});
   }
-  expectError(result, target + "/3800.plist cannot be written: File too large");
+  expectError(result, target + "/3800.plist: cannot be written: File too large");
   EXPECT_THAT(files(target), ElementsAre("0.plist", "2600.plist", "3050.plist", "3400.plist"));
   const Result replay = run({"watch", "--json", "--registry", target, "--until", "3500"});
   EXPECT_EQ(run({"watch", "--json", "--until", "3500"}).out, replay.out);
@@ -109,7 +109,7 @@ TEST_F(RecordCommandTest, ADiskThatIsFullAtOnceLeavesNothing) {
     const FullDisk full(1000);
     result = run({"record", target});
   }
-  expectError(result, target + "/0.plist cannot be written: File too large");
+  expectError(result, target + "/0.plist: cannot be written: File too large");
   EXPECT_FALSE(fs::exists(target));
 }
 

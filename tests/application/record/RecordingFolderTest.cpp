@@ -11,6 +11,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "application/files/AtomicFile.h"
 #include "tests/application/support/Program.h"
 #include "tests/application/support/TemporaryFolder.h"
 
@@ -18,13 +19,13 @@ namespace ProgramTest {
 namespace {
 
 namespace fs = std::filesystem;
-using Program::RecordingError;
+using Program::FileError;
 using Program::RecordingFolder;
 
 std::string errorOf(const std::function<void()>& act) {
   try {
     act();
-  } catch (const RecordingError& error) {
+  } catch (const FileError& error) {
     return error.what();
   }
   return "none";
@@ -73,7 +74,7 @@ TEST_F(RecordingFolderTest, ThatVanishesIsAnError) {
   RecordingFolder folder(path);
   folder.write(0, "first");
   fs::remove_all(path);
-  EXPECT_EQ(path + "/2000.plist cannot be written: No such file or directory",
+  EXPECT_EQ(path + "/2000.plist: cannot be written: No such file or directory",
             errorOf([&] { folder.write(2000, "second"); }));
 }
 
@@ -83,16 +84,16 @@ TEST_F(RecordingFolderTest, ThatMayNotBeWrittenIsAnError) {
   ::chmod(path.c_str(), 0555);
   const AsNobody nobody;
   RecordingFolder folder(path);
-  EXPECT_EQ(path + "/0.plist cannot be written: Permission denied",
+  EXPECT_EQ(path + "/0.plist: cannot be written: Permission denied",
             errorOf([&] { folder.write(0, "first"); }));
-  EXPECT_EQ(path + "/deeper cannot be made: Permission denied",
+  EXPECT_EQ(path + "/deeper: cannot be made: Permission denied",
             errorOf([&] { RecordingFolder(path + "/deeper"); }));
 }
 
 TEST_F(RecordingFolderTest, AFileThatCannotBePutInPlaceLeavesNothing) {
   RecordingFolder folder(path);
   fs::create_directory(path + "/2000.plist");
-  EXPECT_EQ(path + "/2000.plist cannot be written: Is a directory",
+  EXPECT_EQ(path + "/2000.plist: is a folder, not a file",
             errorOf([&] { folder.write(2000, "second"); }));
   EXPECT_EQ(1, std::distance(fs::directory_iterator(path), {}));
 }
