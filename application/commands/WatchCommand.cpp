@@ -7,6 +7,7 @@
 #include "application/json/JsonWatchPrinter.h"
 #include "application/session/QuietRun.h"
 #include "application/session/Session.h"
+#include "application/session/SessionObservers.h"
 #include "application/text/TextWatchPrinter.h"
 #include "application/watch/WatchObserver.h"
 
@@ -41,8 +42,10 @@ ExitStatus WatchCommand::run(StandardOutput& output) {
     throw SourceError("--handles: this registry keeps no accounts");
   }
   const std::unique_ptr<WatchPrinter> printer = printerFor(_json, output);
-  WatchObserver observer(*printer, output, _registry.log);
-  Session session(*source, observer, _registry.until ? _registry.until : source->end());
+  WatchObserver watcher(*printer, output, _registry.log);
+  SessionObservers observers;
+  observers.add(watcher);
+  Session session(*source, observers, _registry.until ? _registry.until : source->end());
   {
     const QuitOnSignals signals;
     session.run();

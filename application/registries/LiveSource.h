@@ -18,6 +18,7 @@ class LiveSource : public Source {
   std::optional<Pelago::Milliseconds> nextLook() const override { return _nextLook; }
   void prepareLook() override;
   std::optional<Pelago::Milliseconds> end() const override { return std::nullopt; }
+  bool isLive() const override { return true; }
   std::optional<HandleAccounts> accounts() const override { return std::nullopt; }
 
  private:

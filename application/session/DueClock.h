@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "platform/pelago/Clock.h"
 
 namespace Program {
@@ -13,7 +16,12 @@ class DueClock : public Pelago::Clock {
   // As good as none: the moment before the one that does not come.
   static constexpr Pelago::Milliseconds NoEnd = Never - 1;
 
-  DueClock(Pelago::Clock& clock, Pelago::Milliseconds end) : _clock(clock), _end(end) {}
+  // Called before every wait for a moment that has not come; false: there is no wait, as if it had
+  // been interrupted.
+  using BeforeWait = std::function<bool()>;
+
+  DueClock(Pelago::Clock& clock, Pelago::Milliseconds end, BeforeWait beforeWait = {})
+      : _clock(clock), _end(end), _beforeWait(std::move(beforeWait)) {}
 
   Pelago::Milliseconds now() const override { return _clock.now(); }
   bool waitUntil(Pelago::Milliseconds moment) override;
@@ -27,6 +35,7 @@ class DueClock : public Pelago::Clock {
  private:
   Pelago::Clock& _clock;
   Pelago::Milliseconds _end;
+  BeforeWait _beforeWait;
   Pelago::Milliseconds _lastDue = 0;
   Progress* _progress = nullptr;
 };

@@ -18,8 +18,9 @@ using RAIDMonitoring::RAIDMonitor;
 
 Session::Session(Source& source, SessionObserver& observer, std::optional<Milliseconds> end)
     : _source(source),
+      _observer(observer),
       _end(std::min(end.value_or(DueClock::NoEnd), DueClock::NoEnd)),
-      _clock(source.clock(), _end),
+      _clock(source.clock(), _end, [this] { return endInstant(); }),
       _application(_clock),
       _discovery(_manager, observer),
       _monitor(RAIDMonitor::CreateRAIDMonitor()) {
@@ -50,6 +51,12 @@ void Session::runToTheEnd() {
   // waits for a moment up to the end at which nothing is due.
   if (runLooks()) _application.runBefore(_end + 1);
   _monitor->stopMonitoring();
+  endInstant();
+}
+
+bool Session::endInstant() {
+  _observer.instantEnded(*this);
+  return !_application.quitting();
 }
 
 bool Session::runLooks() {

@@ -46,8 +46,10 @@ class Session {
  private:
   void runToTheEnd();
   bool runLooks();
+  bool endInstant();
 
   Source& _source;
+  SessionObserver& _observer;
   Pelago::Milliseconds _end;
   DueClock _clock;
   Pelago::Application _application;

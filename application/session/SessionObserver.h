@@ -8,6 +8,8 @@
 
 namespace Program {
 
+class Session;
+
 // What a command hears from its session, besides what any client of the monitor hears. The base
 // versions do nothing: a command that only wants the state at the end passes one of these.
 class SessionObserver : public RAIDMonitoring::RAIDMonitorClient {
@@ -18,6 +20,10 @@ class SessionObserver : public RAIDMonitoring::RAIDMonitorClient {
 
   virtual void logged(Pelago::Logger::Level, const std::string& /*category*/,
                       const std::string& /*text*/) {}
+
+  // Everything that was due at this moment has happened: the process is about to wait, or the run
+  // is over. It may be called again when nothing has happened since.
+  virtual void instantEnded(const Session&) {}
 
   void RAIDAppeared(RAIDMonitoring::RAIDVolume*) override {}
   void RAIDDisappeared(RAIDMonitoring::RAIDVolume*) override {}

@@ -56,6 +56,9 @@ class Source {
   // The refresh at which a watch ends by itself; none when it does not.
   virtual std::optional<Pelago::Milliseconds> end() const = 0;
 
+  // Whether it is the running system's, so that its moments are the wall clock's.
+  virtual bool isLive() const { return false; }
+
   // None for a registry that keeps no accounts.
   virtual std::optional<HandleAccounts> accounts() const = 0;
 };
