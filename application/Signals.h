@@ -2,6 +2,10 @@
 
 #include <signal.h>
 
+namespace Pelago {
+class Clock;
+}
+
 namespace Program {
 
 // As long as it lives, SIGINT and SIGTERM end the event loop instead of the process. There is one
@@ -16,6 +20,33 @@ class QuitOnSignals {
  private:
   struct sigaction _interrupt;
   struct sigaction _terminate;
+};
+
+// As long as it lives, a write to a pipe that nobody reads is an error of that write, and not the
+// end of the process.
+class BrokenPipesReported {
+ public:
+  BrokenPipesReported();
+  ~BrokenPipesReported();
+  BrokenPipesReported(const BrokenPipesReported&) = delete;
+  BrokenPipesReported& operator=(const BrokenPipesReported&) = delete;
+
+ private:
+  struct sigaction _before;
+};
+
+// As long as it lives, a terminal that changes its size ends the clock's wait: the event loop then
+// waits again, and whoever draws before a wait draws anew. There is one at a time; the clock
+// outlives it.
+class WakeOnResize {
+ public:
+  explicit WakeOnResize(Pelago::Clock& clock);
+  ~WakeOnResize();
+  WakeOnResize(const WakeOnResize&) = delete;
+  WakeOnResize& operator=(const WakeOnResize&) = delete;
+
+ private:
+  struct sigaction _before;
 };
 
 }  // namespace Program

@@ -14,6 +14,7 @@ const char* ListCommand::details() const { return EndStateDetails; }
 void ListCommand::addOptions(CLI::App& parser) {
   addRegistryOptions(parser, _registry, LogOnStandardError);
   parser.add_flag("--json", _json, "JSON for programs");
+  addScreenOptions(parser, _screen);
 }
 
 ExitStatus ListCommand::run(StandardOutput& output) {
@@ -22,7 +23,7 @@ ExitStatus ListCommand::run(StandardOutput& output) {
   for (const RAIDMonitoring::RAIDHost* host : run.hosts())
     enclosures.push_back(volumesOf(*host));
   output.write(_json ? written(listing(enclosures)) + "\n"
-                     : listText(screenOf(output), enclosures));
+                     : listText(screenOf(output, _screen), enclosures));
   return Success;
 }
 

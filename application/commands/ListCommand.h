@@ -2,6 +2,7 @@
 
 #include "application/Command.h"
 #include "application/Options.h"
+#include "application/text/TextScreen.h"
 
 namespace Program {
 
@@ -16,6 +17,7 @@ class ListCommand : public Command {
 
  private:
   RegistryOptions _registry;
+  ScreenOptions _screen;
   bool _json = false;
 };
 

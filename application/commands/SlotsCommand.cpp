@@ -14,6 +14,7 @@ const char* SlotsCommand::details() const { return EndStateDetails; }
 void SlotsCommand::addOptions(CLI::App& parser) {
   addRegistryOptions(parser, _registry, LogOnStandardError);
   parser.add_flag("--json", _json, "JSON for programs");
+  addScreenOptions(parser, _screen);
 }
 
 ExitStatus SlotsCommand::run(StandardOutput& output) {
@@ -22,7 +23,7 @@ ExitStatus SlotsCommand::run(StandardOutput& output) {
   for (RAIDMonitoring::RAIDHost* host : run.hosts())
     enclosures.push_back(slotsOf(*host));
   output.write(_json ? written(listing(enclosures)) + "\n"
-                     : slotsText(screenOf(output), enclosures));
+                     : slotsText(screenOf(output, _screen), enclosures));
   return Success;
 }
 

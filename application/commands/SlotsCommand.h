@@ -2,6 +2,7 @@
 
 #include "application/Command.h"
 #include "application/Options.h"
+#include "application/text/TextScreen.h"
 
 namespace Program {
 
@@ -18,6 +19,7 @@ class SlotsCommand : public Command {
 
  private:
   RegistryOptions _registry;
+  ScreenOptions _screen;
   bool _json = false;
 };
 

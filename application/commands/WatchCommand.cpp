@@ -1,57 +1,138 @@
 #include "application/commands/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <chrono>
+#include <optional>
 
 #include "application/Signals.h"
 #include "application/StandardOutput.h"
-#include "application/json/JsonWatchPrinter.h"
+#include "application/exec/ExecListener.h"
+#include "application/exec/TestEvents.h"
 #include "application/session/QuietRun.h"
 #include "application/session/Session.h"
 #include "application/session/SessionObservers.h"
-#include "application/text/TextWatchPrinter.h"
+#include "application/text/TextWatch.h"
+#include "application/watch/JsonWatch.h"
 #include "application/watch/WatchObserver.h"
+#include "application/watch/WatchOutput.h"
 
 namespace Program {
 namespace {
 
-std::unique_ptr<WatchPrinter> printerFor(bool json, const StandardOutput& output) {
-  if (json) return std::make_unique<JsonWatchPrinter>();
-  return std::make_unique<TextWatchPrinter>(screenOf(output));
+using std::chrono::system_clock;
+
+// The wall clock may be set while a watch goes on: it is asked anew for each moment.
+TextClock clockOf(Source& source) {
+  if (!source.isLive()) return TextClock();
+  const Pelago::Clock& clock = source.clock();
+  return TextClock([&clock](Pelago::Milliseconds moment) {
+    return system_clock::to_time_t(system_clock::now() -
+                                   std::chrono::milliseconds(clock.now() - moment));
+  });
 }
 
 }  // namespace
 
 const char* WatchCommand::details() const {
   return "For people a line shows the time, what happened (new, now, gone), the volume,\n"
-         "its level and state, the bays of its disks and the enclosure. A disk that is\n"
-         "not online has its state behind its bay; ? is a bay that is not known. A volume\n"
-         "that changes its state is reported twice.\n"
-         "SIGINT and SIGTERM end it in order, with exit status 0.";
+         "its level and state, its disks by bay, those that changed first, and the\n"
+         "enclosure. 'bay 3, was' is where a disk that can't be seen was last. An enclosure\n"
+         "that is unplugged is one line with its volumes.\n"
+         "\n"
+         "The program of --exec gets the event's JSON object on its standard input, and\n"
+         "the essentials in environment variables: RAIDMONITOR_EVENT, _TIME, _DEVICE,\n"
+         "_ENCLOSURE, _VOLUME_NAME, _VOLUME_UUID, _LEVEL, _STATE, _BAYS, _MEMBERS. It is\n"
+         "run for one event at a time and has 10 seconds; then it gets SIGTERM, and 2\n"
+         "seconds later SIGKILL. 100 events wait for it at most; those beyond are dropped\n"
+         "and counted in an event 'dropped' (RAIDMONITOR_COUNT). No shell is involved.\n"
+         "With --test-event the exit status is 0 if it took them all, and 1 if not.\n"
+         "\n"
+         "SIGINT and SIGTERM end the watch in order, with exit status 0; while it then\n"
+         "waits for the program, a second one ends that too.";
 }
 
 void WatchCommand::addOptions(CLI::App& parser) {
   addRegistryOptions(parser, _registry, "Show the library's log among the events");
   addPaceOption(parser, _registry);
   parser.add_flag("--json", _json, "JSON for programs");
+  addScreenOptions(parser, _screen);
   parser.add_flag("--handles", _handles, "In the end, show what is still held of the registry");
+  parser.add_option("--exec", _exec, "Run a program for each event")->type_name("PROGRAM");
+  parser.add_option("--exec-arg", _arguments, "An argument for it; may be repeated")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
+  parser.add_flag("--test-event", _testEvent, "Only send it one event of each kind");
+  parser.callback([this] { checkProgram(); });
+}
+
+void WatchCommand::checkProgram() const {
+  if (_exec && _exec->empty()) throw CLI::ValidationError("--exec", "names no program");
+  if (_exec) return;
+  if (_testEvent) throw CLI::ValidationError("--test-event", "needs --exec");
+  if (!_arguments.empty()) throw CLI::ValidationError("--exec-arg", "needs --exec");
+}
+
+std::vector<std::string> WatchCommand::program() const {
+  std::vector<std::string> command = {*_exec};
+  command.insert(command.end(), _arguments.begin(), _arguments.end());
+  return command;
+}
+
+// Where time is not real nobody could read it.
+bool WatchCommand::showsStatus(const Source& source, const StandardOutput& output) const {
+  return !_json && output.isTerminal() && (source.isLive() || _registry.pace);
+}
+
+std::unique_ptr<WatchListener> WatchCommand::listenerFor(Source& source, const Screen& screen,
+                                                         WatchOutput& lines, bool status) const {
+  if (_json) return std::make_unique<JsonWatch>(lines);
+  return std::make_unique<TextWatch>(screen, clockOf(source), lines,
+                                     status ? TextWatch::Status::Shown : TextWatch::Status::None);
+}
+
+std::unique_ptr<ExecListener> WatchCommand::programFor(WatchListener& shown,
+                                                       WatchOutput& lines) const {
+  if (!_exec) return nullptr;
+  return std::make_unique<ExecListener>(
+      program(), ProgramLimits(), shown,
+      [&lines](const std::string& text) { lines.complain(text); });
 }
 
 ExitStatus WatchCommand::run(StandardOutput& output) {
+  // Otherwise the process would end, and leave a program behind that nobody ends in time.
+  std::optional<BrokenPipesReported> brokenPipes;
+  if (_exec) brokenPipes.emplace();
+  if (_testEvent) return sendTestEvents(program(), ProgramLimits(), output) ? Success : Failure;
   const std::unique_ptr<Source> source = sourceFor(_registry);
   if (_handles && !source->accounts()) {
     throw SourceError("--handles: this registry keeps no accounts");
   }
-  const std::unique_ptr<WatchPrinter> printer = printerFor(_json, output);
-  WatchObserver watcher(*printer, output, _registry.log);
+  return watch(*source, output);
+}
+
+ExitStatus WatchCommand::watch(Source& source, StandardOutput& output) const {
+  WatchOutput lines(output);
+  const bool status = showsStatus(source, output);
+  const auto shown = listenerFor(source, screenOf(output, _screen), lines, status);
+  const auto program = programFor(*shown, lines);
+  WatchObserver watcher(_registry.log);
+  if (program) watcher.add(*program);
+  watcher.add(*shown);
   SessionObservers observers;
   observers.add(watcher);
-  Session session(*source, observers, _registry.until ? _registry.until : source->end());
+  Session session(source, observers, _registry.until ? _registry.until : source.end());
+  const QuitOnSignals signals;
   {
-    const QuitOnSignals signals;
+    std::optional<WakeOnResize> resizes;
+    if (status) resizes.emplace(source.clock());
     session.run();
   }
+  if (program) program->endEvents();
   // Nothing has been torn down yet.
-  if (_handles) output.writeLine(printer->handles(session.lastDue(), *source->accounts()));
+  if (_handles) watcher.tell({session.lastDue(), HandlesEvent{*source.accounts()}});
+  watcher.instantEnded(session);
+  lines.removeStatus();
+  if (program) program->drain([] { return Pelago::Application::instance()->quitting(); });
   return Success;
 }
 

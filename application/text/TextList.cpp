@@ -56,7 +56,8 @@ std::string volumeRows(const Screen& screen, const VolumeSnapshot& volume) {
 }
 
 std::string enclosureTable(const Screen& screen, const EnclosureVolumes& enclosure) {
-  std::string table = lineOf(screen, {{enclosureTitle(enclosure.device), 0, Tone::Strong}}) + "\n";
+  std::string table =
+      lineOf(screen, {{enclosureTitle(enclosure.device, screen.charset), 0, Tone::Strong}}) + "\n";
   if (enclosure.volumes.empty()) {
     return table + row(screen, {{absenceOf(enclosure.device), 0, Tone::Quiet}});
   }

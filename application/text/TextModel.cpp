@@ -29,17 +29,20 @@ std::string clockText(Pelago::Milliseconds time) {
   return hours > 0 ? fmt::format("{}:{}", hours, rest) : rest;
 }
 
-std::string enclosureName(const DeviceSnapshot& device) {
-  if (device.status != 0 || device.vendor.empty() || device.model.empty()) {
-    return "unknown enclosure";
-  }
-  return device.vendor + " " + device.model;
+bool isNamed(const DeviceSnapshot& device) {
+  return device.status == 0 && !device.vendor.empty() && !device.model.empty();
 }
 
-std::string enclosureTitle(const DeviceSnapshot& device) {
+std::string enclosureName(const DeviceSnapshot& device) {
+  return isNamed(device) ? device.vendor + " " + device.model : "unknown enclosure";
+}
+
+std::string enclosureTitle(const DeviceSnapshot& device, Charset charset) {
+  constexpr int longestName = 44;  // leaves room for the rest on a screen of the standard width
   const std::string bays =
       device.bayCount == 0 ? "bays not known" : fmt::format("{} bays", device.bayCount);
-  return fmt::format("{}, {}, {}", enclosureName(device), bays, hexadecimal(device.uid));
+  const std::string name = clipped(printable(enclosureName(device), charset), longestName, charset);
+  return fmt::format("{}, {}, {}", name, bays, hexadecimal(device.uid));
 }
 
 std::string conditionOf(const VolumeSnapshot& volume) {
@@ -70,17 +73,6 @@ std::vector<const MemberSnapshot*> membersByBay(const VolumeSnapshot& volume) {
 
 const char* absenceOf(const DeviceSnapshot& device) {
   return device.bridge.empty() ? "Coming up: its disks can't be seen yet." : "No RAID volumes.";
-}
-
-std::string baysOf(const VolumeSnapshot& volume) {
-  std::string bays;
-  for (const MemberSnapshot* member : membersByBay(volume)) {
-    const int slot = member->slot.value_or(-1);
-    if (!bays.empty()) bays += ' ';
-    bays += slot < 1 ? "?" : std::to_string(slot);
-    if (member->state != MemberOnline) bays += ':' + wordsFor(member->state);
-  }
-  return bays;
 }
 
 }  // namespace Program

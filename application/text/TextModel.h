@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "application/session/Snapshot.h"
+#include "application/text/TextCharacters.h"
 #include "platform/pelago/Clock.h"
 
 namespace Program {
@@ -13,11 +14,13 @@ namespace Program {
 // "00:06.000" since the start, with hours where there are any.
 std::string clockText(Pelago::Milliseconds time);
 
+bool isNamed(const DeviceSnapshot& device);
+
 // "Example Storage Two Bay"; a device that has not said who made it is "unknown enclosure".
 std::string enclosureName(const DeviceSnapshot& device);
 
 // "Example Storage Two Bay, 2 bays, 0x00030f1b7461e0a5"
-std::string enclosureTitle(const DeviceSnapshot& device);
+std::string enclosureTitle(const DeviceSnapshot& device, Charset charset = Charset::Unicode);
 
 // "mirror degraded"
 std::string conditionOf(const VolumeSnapshot& volume);
@@ -39,9 +42,5 @@ std::vector<const MemberSnapshot*> membersByBay(const VolumeSnapshot& volume);
 const char* absenceOf(const DeviceSnapshot& device);
 
 inline constexpr const char* NoEnclosures = "No enclosure is connected.\n";
-
-// "1 2:failed": the bays of the members in ascending order, "?" for one that is not known, with the
-// state of a disk that is not online.
-std::string baysOf(const VolumeSnapshot& volume);
 
 }  // namespace Program

@@ -1,8 +1,10 @@
 #include "application/text/TextScreen.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <map>
 
 #include "application/StandardOutput.h"
 
@@ -30,6 +32,11 @@ Charset charsetOfLocale() {
     if (letter != '-') name += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
   }
   return name.find("utf8") != std::string::npos ? Charset::Unicode : Charset::ASCII;
+}
+
+bool isColourWanted(const StandardOutput& output, ColourChoice choice) {
+  if (choice != ColourChoice::Auto) return choice == ColourChoice::Always;
+  return output.isTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
 }
 
 const char* codeOf(Tone tone) {
@@ -78,11 +85,26 @@ Tone toneOf(MemberState state) {
   }
 }
 
-Screen screenOf(const StandardOutput& output) {
+void addScreenOptions(CLI::App& parser, ScreenOptions& options) {
+  const std::map<std::string, ColourChoice> choices = {{"auto", ColourChoice::Auto},
+                                                       {"always", ColourChoice::Always},
+                                                       {"never", ColourChoice::Never}};
+  const auto choose = [&options, choices](const std::string& text) {
+    const auto choice = choices.find(text);
+    if (choice == choices.end()) {
+      throw CLI::ValidationError("--color", "'" + text + "' is not auto, always or never");
+    }
+    options.colour = choice->second;
+  };
+  parser.add_option_function<std::string>("--color", choose, "Colour: auto, always or never")
+      ->type_name("WHEN");
+  parser.add_flag("--ascii", options.ascii, "Draw with ASCII alone");
+}
+
+Screen screenOf(const StandardOutput& output, const ScreenOptions& options) {
   Screen screen;
-  screen.charset = charsetOfLocale();
-  screen.colour =
-      output.isTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+  screen.charset = options.ascii ? Charset::ASCII : charsetOfLocale();
+  screen.colour = isColourWanted(output, options.colour);
   screen.columns = std::max(output.columns(), Screen::StandardColumns);
   return screen;
 }

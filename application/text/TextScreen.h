@@ -8,6 +8,10 @@
 #include "model/MemberState.h"
 #include "model/RAIDVolumeState.h"
 
+namespace CLI {
+class App;
+}
+
 namespace Program {
 
 class StandardOutput;
@@ -27,8 +31,20 @@ struct Screen {
   int columns = StandardColumns;
 };
 
-// Colour on a terminal, unless NO_COLOR says otherwise; Unicode where the locale is a UTF-8 one.
-Screen screenOf(const StandardOutput& output);
+enum class ColourChoice { Auto, Always, Never };
+
+// What the command line says about it.
+struct ScreenOptions {
+  ColourChoice colour = ColourChoice::Auto;
+  bool ascii = false;
+};
+
+// --color and --ascii.
+void addScreenOptions(CLI::App& parser, ScreenOptions& options);
+
+// Unless the options say otherwise: colour on a terminal, if NO_COLOR allows it; Unicode where the
+// locale is a UTF-8 one.
+Screen screenOf(const StandardOutput& output, const ScreenOptions& options = {});
 
 // The text in the colour of its tone.
 std::string painted(const Screen& screen, Tone tone, const std::string& text);

@@ -27,7 +27,8 @@ std::string unplacedLine(const Screen& screen, const PlacedMember& placed) {
 }
 
 std::string enclosurePicture(const Screen& screen, const EnclosureSlots& enclosure) {
-  std::string text = lineOf(screen, {{enclosureTitle(enclosure.device), 0, Tone::Strong}}) + "\n";
+  std::string text =
+      lineOf(screen, {{enclosureTitle(enclosure.device, screen.charset), 0, Tone::Strong}}) + "\n";
   if (enclosure.device.bridge.empty()) {
     return text + indented(screen, absenceOf(enclosure.device), Tone::Quiet);
   }

@@ -1,8 +1,6 @@
 #include "application/watch/WatchObserver.h"
 
-#include <utility>
-
-#include "application/StandardOutput.h"
+#include "application/watch/WatchListener.h"
 #include "model/RAIDHost.h"
 #include "model/RAIDVolume.h"
 #include "platform/pelago/Application.h"
@@ -10,7 +8,6 @@
 namespace Program {
 
 using RAIDMonitoring::RAIDVolume;
-using VolumeEvent = WatchPrinter::VolumeEvent;
 
 namespace {
 
@@ -18,43 +15,49 @@ Pelago::Milliseconds now() { return Pelago::Application::instance()->now(); }
 
 }  // namespace
 
-void WatchObserver::print(std::string line) {
-  _output.writeLine(std::move(line));
-  if (_output.failed()) Pelago::Application::instance()->quit();
+void WatchObserver::tell(const WatchEvent& event) const {
+  for (WatchListener* listener : _listeners)
+    listener->heard(event);
 }
 
 void WatchObserver::deviceAppeared(std::uint64_t uid) {
-  print(_printer.deviceAppeared(now(), uid));
+  tell({now(), DeviceEvent{DeviceEvent::Kind::Appeared, uid}});
 }
 
 void WatchObserver::deviceDisappeared(std::uint64_t uid) {
-  print(_printer.deviceDisappeared(now(), uid));
+  tell({now(), DeviceEvent{DeviceEvent::Kind::Disappeared, uid}});
 }
 
 void WatchObserver::logged(Pelago::Logger::Level level, const std::string& category,
                            const std::string& text) {
-  if (_log) print(_printer.logged(now(), {level, category, text}));
+  if (_log) tell({now(), LogEvent{level, category, text}});
+}
+
+void WatchObserver::instantEnded(const Session& session) {
+  const Overview overview = overviewOf(session);
+  for (WatchListener* listener : _listeners)
+    listener->instantEnded(overview);
 }
 
 void WatchObserver::RAIDAppeared(RAIDVolume* volume) {
-  printWithSlots(VolumeEvent::Appeared, *volume);
+  tellWithSlots(VolumeEvent::Kind::Appeared, *volume);
 }
 
 void WatchObserver::RAIDUpdated(RAIDVolume* volume) {
-  printWithSlots(VolumeEvent::Updated, *volume);
+  tellWithSlots(VolumeEvent::Kind::Updated, *volume);
 }
 
-void WatchObserver::printWithSlots(VolumeEvent event, const RAIDVolume& volume) {
+void WatchObserver::tellWithSlots(VolumeEvent::Kind kind, const RAIDVolume& volume) {
   const VolumeSnapshot snapshot = volumeWithSlots(volume);
   DeviceSnapshot& device = _lastDevices[snapshot.uuid];
   device = deviceOf(*volume.host());
-  print(_printer.volumeChanged(now(), event, snapshot, device));
+  tell({now(), VolumeEvent{kind, snapshot, device}});
 }
 
 void WatchObserver::RAIDDisappeared(RAIDVolume* volume) {
   const DeviceSnapshot& device = _lastDevices[volume->uuid()];
-  print(_printer.volumeChanged(now(), VolumeEvent::Disappeared,
-                               volumeWithoutSlots(*volume, device.uid), device));
+  tell({now(), VolumeEvent{VolumeEvent::Kind::Disappeared, volumeWithoutSlots(*volume, device.uid),
+                           device}});
 }
 
 }  // namespace Program

@@ -31,7 +31,8 @@ TEST(CommandLine, HelpIsThereForTheProgramAndEachCommand) {
 TEST(CommandLine, TheHelpNamesEveryOption) {
   const std::string help = run({"watch", "--help"}).out;
   for (const char* option : {"--help", "--version", "--registry PATH", "--json", "--log",
-                             "--until MS", "--pace", "--handles"}) {
+                             "--until MS", "--pace", "--handles", "--color WHEN", "--ascii",
+                             "--exec PROGRAM", "--exec-arg TEXT", "--test-event"}) {
     EXPECT_THAT(help, HasSubstr(option));
   }
 }

@@ -24,6 +24,24 @@ TEST(People, WatchFiveDisks) {
                run({"watch", "--registry", recording("five-bay-five-disks")}).out);
 }
 
+TEST(People, WatchAnEnclosureThatIsUnpluggedAndComesBack) {
+  expectGolden("watch-enclosure-gone-and-back.txt",
+               run({"watch", "--registry", recording("enclosure-gone-and-back")}).out);
+}
+
+TEST(People, WatchASetThatSpansEnclosures) {
+  expectGolden(
+      "watch-spanning-set.txt",
+      run({"watch", "--registry", recording("spanning-set-leaves-through-the-other")}).out);
+}
+
+TEST(People, WatchInASCII) {
+  const Result result =
+      run({"watch", "--ascii", "--registry", recording("two-bay-mirror-degrades")});
+  EXPECT_EQ(run({"watch", "--registry", recording("two-bay-mirror-degrades")}).out, result.out)
+      << "there is nothing else in it";
+}
+
 TEST(People, WatchAPlugInWithItsLog) {
   expectGolden("watch-plug-in-in-stages.txt",
                run({"watch", "--log", "--registry", recording("plug-in-in-stages")}).out);
@@ -61,6 +79,9 @@ TEST(People, WhoHasNoUTF8LocaleGetsASCII) {
   for (const char* locale : {"en_US.UTF-8", "C.utf8", "nowhere.utf-8"}) {
     expectGolden("slots-two-bay-mirror-degrades.txt", run(arguments, inLocale(locale)).out);
   }
+  Arguments ascii = arguments;
+  ascii.push_back("--ascii");
+  expectGolden("slots-two-bay-mirror-degrades.ascii.txt", run(ascii).out);
 }
 
 TEST(People, NoEnclosureAtAll) {

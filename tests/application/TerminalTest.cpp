@@ -44,6 +44,18 @@ TEST(Terminal, HasNoColourWhenTheEnvironmentSaysSo) {
   EXPECT_THAT(run({"slots"}, launch).out, Not(HasSubstr(Escape)));
 }
 
+TEST(Terminal, TheCommandLineHasTheLastWordOnColour) {
+  Launch quiet = onTerminal();
+  quiet.environment["NO_COLOR"] = "1";
+  for (const char* command : {"watch", "list", "slots"}) {
+    EXPECT_THAT(run({command, "--color", "never"}, onTerminal()).out, Not(HasSubstr(Escape)));
+    EXPECT_THAT(run({command, "--color=always"}).out, HasSubstr(Escape)) << command;
+    EXPECT_THAT(run({command, "--color=always"}, quiet).out, HasSubstr(Escape)) << command;
+    EXPECT_THAT(run({command, "--color=auto"}, quiet).out, Not(HasSubstr(Escape))) << command;
+    EXPECT_EQ(2, run({command, "--color=sometimes"}).status) << command;
+  }
+}
+
 TEST(Terminal, APipeHasNoColour) {
   for (const char* command : {"watch", "list", "slots"}) {
     EXPECT_THAT(run({command}).out, Not(HasSubstr(Escape))) << command;

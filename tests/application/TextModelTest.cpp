@@ -32,15 +32,14 @@ TEST(TextModel, AnEnclosureIsUnknownUntilItHasSaidWhoMadeIt) {
   EXPECT_EQ("Example Storage Two Bay, 2 bays, 0x0000000000000007", Program::enclosureTitle(device));
 }
 
-TEST(TextModel, BaysAscendWithTheUnknownOnesLastAndTheStateOfWhatIsNotOnline) {
-  VolumeSnapshot volume;
-  EXPECT_EQ("", Program::baysOf(volume));
-  volume.members = {{"A", MemberNotFound, "", -1},
-                    {"B", MemberOnline, "", 5},
-                    {"C", MemberFailed, "", 3},
-                    {"D", MemberStandby, "", 4},
-                    {"E", MemberOnline, "", 0}};
-  EXPECT_EQ("3:failed 4:standby 5 ?:absent ?", Program::baysOf(volume));
+TEST(TextModel, ALongNameTakesNothingFromTheRestOfATitle) {
+  Program::DeviceSnapshot device;
+  device.uid = 7;
+  device.vendor = std::string(200, 'x');
+  device.model = "Two Bay";
+  const std::string title = Program::enclosureTitle(device);
+  EXPECT_EQ(80, Program::columnsOf(title));
+  EXPECT_EQ(", bays not known, 0x0000000000000007", title.substr(title.find(',')));
 }
 
 TEST(TextModel, AVolumeWithoutANameGoesByItsUUID) {

@@ -6,7 +6,7 @@
 #include <csignal>
 #include <filesystem>
 
-#include "application/json/JsonWatchPrinter.h"
+#include "application/json/JsonEvent.h"
 #include "application/session/Source.h"
 #include "tests/application/support/Program.h"
 #include "tests/application/support/StagedSource.h"
@@ -17,7 +17,6 @@ namespace ProgramTest {
 namespace {
 
 using Program::Story;
-using Program::WatchPrinter;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using TestSupport::EnclosureBuilder;
@@ -40,32 +39,38 @@ Told expectedOf(const std::string& name) {
   return told;
 }
 
-std::string lineOf(WatchPrinter& printer, const Story::Event& event) {
+Program::WatchEvent watchEventOf(const Story::Event& event) {
+  using DeviceKind = Program::DeviceEvent::Kind;
+  using VolumeKind = Program::VolumeEvent::Kind;
+  const auto device = [&event](DeviceKind kind) {
+    return Program::WatchEvent{event.time, Program::DeviceEvent{kind, event.device}};
+  };
+  const auto volume = [&event](VolumeKind kind) {
+    return Program::WatchEvent{event.time, Program::VolumeEvent{kind, event.volume, {}}};
+  };
   switch (event.what) {
     case Story::Happening::DeviceAppeared:
-      return printer.deviceAppeared(event.time, event.device);
+      return device(DeviceKind::Appeared);
     case Story::Happening::DeviceDisappeared:
-      return printer.deviceDisappeared(event.time, event.device);
+      return device(DeviceKind::Disappeared);
     case Story::Happening::VolumeAppeared:
-      return printer.volumeChanged(event.time, WatchPrinter::VolumeEvent::Appeared, event.volume,
-                                   {});
+      return volume(VolumeKind::Appeared);
     case Story::Happening::VolumeUpdated:
-      return printer.volumeChanged(event.time, WatchPrinter::VolumeEvent::Updated, event.volume,
-                                   {});
+      return volume(VolumeKind::Updated);
     case Story::Happening::VolumeDisappeared:
       break;
   }
-  return printer.volumeChanged(event.time, WatchPrinter::VolumeEvent::Disappeared, event.volume,
-                               {});
+  return volume(VolumeKind::Disappeared);
 }
 
 Told toldBy(const Story& story) {
-  Program::JsonWatchPrinter printer;
   Told told;
   for (const Story::Event& event : story.events)
-    told.events.push_back(lineOf(printer, event));
-  for (const Story::LogLine& line : story.log)
-    told.log.push_back(printer.logged(line.time, {line.level, line.category, line.text}));
+    told.events.push_back(jsonOf(watchEventOf(event)));
+  for (const Story::LogLine& line : story.log) {
+    told.log.push_back(
+        jsonOf({line.time, Program::LogEvent{line.level, line.category, line.text}}));
+  }
   return told;
 }
 

@@ -155,6 +155,16 @@ void RunningProgram::waitForError(const std::string& text) {
   }
 }
 
+// Its end closes standard error, and nothing else does.
+bool RunningProgram::waitForExit(int milliseconds) {
+  pollfd ready{_err, POLLIN, 0};
+  while (_err != -1 && poll(&ready, 1, milliseconds) > 0) {
+    if (!readInto(_err, _result.err)) closeDescriptor(_err);
+    ready.fd = _err;
+  }
+  return _err == -1;
+}
+
 void RunningProgram::send(int signal) const { checked(kill(_process, signal), "kill"); }
 
 Result RunningProgram::finish() {

@@ -44,6 +44,8 @@ class RunningProgram {
   void waitForError(const std::string& text);
   void send(int signal) const;
   void closeOutput();
+  // False when it is still running after so many milliseconds.
+  bool waitForExit(int milliseconds);
   Result finish();
 
  private:

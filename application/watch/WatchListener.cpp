@@ -1,0 +1,7 @@
+#include "application/watch/WatchListener.h"
+
+namespace Program {
+
+WatchListener::~WatchListener() = default;
+
+}  // namespace Program

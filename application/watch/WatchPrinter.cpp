@@ -1,7 +1,0 @@
-#include "application/watch/WatchPrinter.h"
-
-namespace Program {
-
-WatchPrinter::~WatchPrinter() = default;
-
-}  // namespace Program
