@@ -1,7 +1,6 @@
 #include "application/commands/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <chrono>
 #include <optional>
 
 #include "application/Signals.h"
@@ -17,21 +16,6 @@
 #include "application/watch/WatchOutput.h"
 
 namespace Program {
-namespace {
-
-using std::chrono::system_clock;
-
-// The wall clock may be set while a watch goes on: it is asked anew for each moment.
-TextClock clockOf(Source& source) {
-  if (!source.isLive()) return TextClock();
-  const Pelago::Clock& clock = source.clock();
-  return TextClock([&clock](Pelago::Milliseconds moment) {
-    return system_clock::to_time_t(system_clock::now() -
-                                   std::chrono::milliseconds(clock.now() - moment));
-  });
-}
-
-}  // namespace
 
 const char* WatchCommand::details() const {
   return "For people a line shows the time, what happened (new, now, gone), the volume,\n"
@@ -86,7 +70,8 @@ bool WatchCommand::showsStatus(const Source& source, const StandardOutput& outpu
 std::unique_ptr<WatchListener> WatchCommand::listenerFor(Source& source, const Screen& screen,
                                                          WatchOutput& lines, bool status) const {
   if (_json) return std::make_unique<JsonWatch>(lines);
-  return std::make_unique<TextWatch>(screen, clockOf(source), lines,
+  const TextClock clock = source.isLive() ? TextClock::onTheWall(source.clock()) : TextClock();
+  return std::make_unique<TextWatch>(screen, clock, lines,
                                      status ? TextWatch::Status::Shown : TextWatch::Status::None);
 }
 

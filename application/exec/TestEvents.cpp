@@ -57,6 +57,7 @@ std::vector<WatchEvent> testEvents() {
 
 bool sendTestEvents(const std::vector<std::string>& command, const ProgramLimits& limits,
                     StandardOutput& output) {
+  // Until the queue is drained, its thread alone uses the two; this one waits.
   bool taken = true;
   const auto finished = [&](const ProgramCall& call, const Outcome& outcome) {
     taken = taken && outcome.taken();

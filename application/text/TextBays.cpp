@@ -11,7 +11,7 @@ namespace Program {
 namespace {
 
 constexpr int BoxColumns = 12;  // of text; a blank on either side
-constexpr std::size_t BoxesInARow = 5;
+constexpr int MostBoxesInARow = 5;
 
 struct Frame {
   const char* horizontal;
@@ -23,6 +23,12 @@ constexpr Frame unicodeFrame = {"─", "│", {"┌", "┬", "┐"}, {"└", "�
 constexpr Frame asciiFrame = {"-", "|", {"+", "+", "+"}, {"+", "+", "+"}};
 
 using Box = std::vector<Cell>;
+
+std::size_t boxesInARow(const Screen& screen) {
+  constexpr int margin = 3;  // the indentation and the last wall
+  const int fitting = (screen.drawingColumns - margin) / (BoxColumns + 3);
+  return static_cast<std::size_t>(std::clamp(fitting, 1, MostBoxesInARow));
+}
 
 bool diskIsSeen(const EnclosureSlots& enclosure, int bay) {
   return bay <= EnclosureSlots::BaysAsked &&
@@ -122,7 +128,7 @@ std::string picture(const Screen& screen, const Bays& bays) {
   std::vector<Box> row;
   for (const Bay& bay : bays.bays) {
     row.push_back(boxOf(bay));
-    if (row.size() == BoxesInARow || &bay == &bays.bays.back()) {
+    if (row.size() == boxesInARow(screen) || &bay == &bays.bays.back()) {
       text += rowOfBoxes(screen, row);
       row.clear();
     }

@@ -2,10 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
+
 #include "application/text/TextModel.h"
 
 namespace Program {
 namespace {
+
+using std::chrono::system_clock;
 
 std::tm localTime(std::time_t moment) {
   std::tm parts{};
@@ -18,6 +22,13 @@ std::string timeText(const std::tm& time) {
 }
 
 }  // namespace
+
+TextClock TextClock::onTheWall(const Pelago::Clock& clock) {
+  return TextClock([&clock](Pelago::Milliseconds moment) {
+    const std::chrono::milliseconds ago(clock.now() - moment);
+    return system_clock::to_time_t(system_clock::now() - ago);
+  });
+}
 
 std::string TextClock::text(Pelago::Milliseconds moment) const {
   if (!_wallTime) return clockText(moment);

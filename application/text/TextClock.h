@@ -14,6 +14,10 @@ class TextClock {
  public:
   using WallTime = std::function<std::time_t(Pelago::Milliseconds)>;
 
+  // For moments of a clock whose time is real. It is asked anew for each moment, as the clock on
+  // the wall may be set meanwhile; it outlives this object.
+  static TextClock onTheWall(const Pelago::Clock& clock);
+
   TextClock() = default;
   explicit TextClock(WallTime wallTime) : _wallTime(std::move(wallTime)) {}
 

@@ -105,7 +105,9 @@ Screen screenOf(const StandardOutput& output, const ScreenOptions& options) {
   Screen screen;
   screen.charset = options.ascii ? Charset::ASCII : charsetOfLocale();
   screen.colour = isColourWanted(output, options.colour);
-  screen.columns = std::max(output.columns(), Screen::StandardColumns);
+  const int columns = output.columns();
+  screen.columns = std::max(columns, Screen::StandardColumns);
+  if (columns > 0) screen.drawingColumns = columns;
   return screen;
 }
 

@@ -28,7 +28,8 @@ struct Screen {
 
   Charset charset = Charset::ASCII;
   bool colour = false;
-  int columns = StandardColumns;
+  int columns = StandardColumns;         // for lines
+  int drawingColumns = StandardColumns;  // for what a narrow terminal must not break in two
 };
 
 enum class ColourChoice { Auto, Always, Never };

@@ -106,6 +106,19 @@ TEST(TextSlots, ShowHostileAndLongNamesWithinTheirBoxes) {
   }
 }
 
+TEST(TextSlots, DrawAsManyBaysSideBySideAsFit) {
+  EnclosureSlots enclosure;
+  enclosure.device = enclosureOf(5);
+  enclosure.answers.fill(-1);
+  for (const auto& [columns, widest] : std::map<int, int>{{78, 78}, {77, 63}, {40, 33}, {10, 18}}) {
+    Screen screen = plain;
+    screen.drawingColumns = columns;
+    const std::vector<std::string> lines = linesOf(slotsText(screen, {enclosure}));
+    EXPECT_EQ(widest, Program::columnsOf(lines.at(1))) << columns;
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("│ Bay 5")));
+  }
+}
+
 TEST(TextSlots, AreInColourWhereThatIsAllowed) {
   const std::string text = slotsText(Screen{Charset::ASCII, true, 80}, {inferred({1})});
   EXPECT_THAT(text, HasSubstr("\033[1;31mdisk absent \033[0m"));

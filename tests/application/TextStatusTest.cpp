@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <ctime>
+
+#include "platform/pelago/VirtualClock.h"
 #include "tests/application/support/Snapshots.h"
 
 namespace ProgramTest {
@@ -78,6 +81,20 @@ TEST(TextClock, TellsTheTimeOfARecordingOrOfTheWall) {
   EXPECT_EQ("00:08.000", TextClock().timeOfDay(8000));
   EXPECT_EQ("2026-11-21 12:03:12", wallClock().text(8000));
   EXPECT_EQ("12:03:12", wallClock().timeOfDay(8000));
+}
+
+TEST(TextClock, OnTheWallCountsBackFromNow) {
+  const InUTCPlusOne zone;
+  Pelago::VirtualClock clock;
+  clock.waitUntil(3600000);
+  const auto hourAgo = [] { return std::time(nullptr) - 3600; };
+  const auto textOf = [](std::time_t time) {
+    return TextClock([time](Pelago::Milliseconds) { return time; }).text(0);
+  };
+  const std::string earliest = textOf(hourAgo());
+  const std::string text = TextClock::onTheWall(clock).text(0);
+  EXPECT_LE(earliest, text);
+  EXPECT_GE(textOf(hourAgo()), text);
 }
 
 }  // namespace

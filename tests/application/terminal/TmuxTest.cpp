@@ -52,6 +52,14 @@ TEST(Tmux, DrawsBoxesThatAreWhole) {
               Contains(StartsWith("  ┌──────────────┬──────────────┬──────────────┬")));
 }
 
+TEST(Tmux, DrawsBoxesThatAreWholeInANarrowTerminal) {
+  TmuxTerminal terminal(40);
+  terminal.type("clear; " + quietly("raidmonitor slots"));
+  const auto screen = terminal.waitForText("status=0");
+  EXPECT_THAT(screen, Contains("  └──────────────┴──────────────┘"));
+  EXPECT_THAT(screen, Each(Not(HasSubstr("┬──────────────┬"))));
+}
+
 TEST(Tmux, DrawsInASCIIWhereTheLocaleIsNotUTF8OrTheUserSaysSo) {
   TmuxTerminal terminal;
   for (const char* command : {"LC_ALL=C raidmonitor slots", "raidmonitor slots --ascii"}) {
@@ -100,7 +108,7 @@ TEST(Tmux, AnInterruptEndsAWatchInOrder) {
   terminal.type(quietly("raidmonitor watch --pace --handles --until 600000"));
   terminal.waitForText(StatusText);
   terminal.press("C-c");
-  const auto screen = terminal.waitForText("status=");
+  const auto screen = terminal.waitForText("status=0");
   EXPECT_THAT(screen, Contains(HasSubstr("status=0")));
   EXPECT_THAT(screen, Contains(HasSubstr("held entries")));
   EXPECT_THAT(screen, Each(Not(HasSubstr(StatusText))));
