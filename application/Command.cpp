@@ -1,6 +1,10 @@
 #include "application/Command.h"
 
+#include <cstdio>
+
+#include "application/commands/CheckCommand.h"
 #include "application/commands/ListCommand.h"
+#include "application/commands/MetricsCommand.h"
 #include "application/commands/RecordCommand.h"
 #include "application/commands/ReportCommand.h"
 #include "application/commands/SlotsCommand.h"
@@ -20,8 +24,14 @@ std::vector<std::unique_ptr<Command>> makeEach() {
 
 Command::~Command() = default;
 
+ExitStatus Command::refuse(const std::string& reason, StandardOutput&) const {
+  std::fprintf(stderr, "raidmonitor: %s\nTry 'raidmonitor %s --help'.\n", reason.c_str(), name());
+  return WrongUsage;
+}
+
 std::vector<std::unique_ptr<Command>> makeCommands() {
-  return makeEach<WatchCommand, ListCommand, SlotsCommand, ReportCommand, RecordCommand>();
+  return makeEach<WatchCommand, ListCommand, SlotsCommand, ReportCommand, RecordCommand,
+                  CheckCommand, MetricsCommand>();
 }
 
 }  // namespace Program

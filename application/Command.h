@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace CLI {
@@ -11,6 +12,7 @@ namespace Program {
 
 class StandardOutput;
 
+// `check` answers with a plugin's statuses instead.
 enum ExitStatus : int { Success = 0, Failure = 1, WrongUsage = 2 };
 
 // One command of the program: how it is asked for, and what it does. It keeps what the command line
@@ -33,6 +35,10 @@ class Command {
   virtual void addOptions(CLI::App& parser) = 0;
 
   virtual ExitStatus run(StandardOutput& output) = 0;
+
+  // What it says instead of running when it is asked for in a wrong way. The base version explains
+  // it on standard error.
+  virtual ExitStatus refuse(const std::string& reason, StandardOutput& output) const;
 };
 
 // Every command, in the order in which the help names them.

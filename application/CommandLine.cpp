@@ -52,19 +52,20 @@ std::string reasonOf(const CLI::App& parser, const CLI::ParseError& error) {
   return missing ? "a command is missing" : "'" + others.front() + "' is no command";
 }
 
-ExitStatus explain(const CLI::App& parser, const CLI::ParseError& error) {
-  const std::string reason = printable(reasonOf(parser, error), Charset::Unicode);
-  const auto chosen = parser.get_subcommands();
-  const std::string command = chosen.empty() ? "" : " " + chosen.front()->get_name();
-  std::fprintf(stderr, "raidmonitor: %s\nTry 'raidmonitor%s --help'.\n", reason.c_str(),
-               command.c_str());
-  return WrongUsage;
-}
-
 Command& chosenCommand(const CLI::App& parser, const Commands& commands) {
   const std::string name = parser.get_subcommands().front()->get_name();
   return **std::find_if(commands.begin(), commands.end(),
                         [&name](const auto& command) { return name == command->name(); });
+}
+
+ExitStatus explain(const CLI::App& parser, const Commands& commands, const CLI::ParseError& error,
+                   StandardOutput& output) {
+  const std::string reason = printable(reasonOf(parser, error), Charset::Unicode);
+  if (!parser.get_subcommands().empty()) {
+    return chosenCommand(parser, commands).refuse(reason, output);
+  }
+  std::fprintf(stderr, "raidmonitor: %s\nTry 'raidmonitor --help'.\n", reason.c_str());
+  return WrongUsage;
 }
 
 }  // namespace
@@ -82,7 +83,7 @@ ExitStatus runCommandLine(int argc, const char* const* argv, StandardOutput& out
     output.writeLine(version.what());
     return Success;
   } catch (const CLI::ParseError& error) {
-    return explain(parser, error);
+    return explain(parser, commands, error, output);
   }
   return chosenCommand(parser, commands).run(output);
 }

@@ -7,6 +7,8 @@
 #include "application/StandardOutput.h"
 #include "application/exec/ExecListener.h"
 #include "application/exec/TestEvents.h"
+#include "application/metrics/MetricsFile.h"
+#include "application/metrics/MetricsObserver.h"
 #include "application/session/QuietRun.h"
 #include "application/session/Session.h"
 #include "application/session/SessionObservers.h"
@@ -40,6 +42,10 @@ void WatchCommand::addOptions(CLI::App& parser) {
   addPaceOption(parser, _registry);
   parser.add_flag("--json", _json, "JSON for programs");
   addScreenOptions(parser, _screen);
+  CLI::Option* metrics =
+      parser.add_option("--metrics", _metrics, "Keep a file of metrics up to date, for Prometheus")
+          ->type_name("FILE");
+  addExpectationOptions(parser, _expected, metrics);
   parser.add_flag("--handles", _handles, "In the end, show what is still held of the registry");
   parser.add_option("--exec", _exec, "Run a program for each event")->type_name("PROGRAM");
   parser.add_option("--exec-arg", _arguments, "An argument for it; may be repeated")
@@ -103,8 +109,13 @@ ExitStatus WatchCommand::watch(Source& source, StandardOutput& output) const {
   WatchObserver watcher(_registry.log);
   if (program) watcher.add(*program);
   watcher.add(*shown);
+  MetricsObserver counts(_expected);
+  std::optional<MetricsFile> metrics;
+  if (_metrics) metrics.emplace(*_metrics, kindOf(_registry, source), counts);
   SessionObservers observers;
   observers.add(watcher);
+  if (metrics) observers.add(counts);
+  if (metrics) observers.add(*metrics);
   Session session(source, observers, _registry.until ? _registry.until : source.end());
   const QuitOnSignals signals;
   {
@@ -113,12 +124,13 @@ ExitStatus WatchCommand::watch(Source& source, StandardOutput& output) const {
     session.run();
   }
   if (program) program->endEvents();
+  const bool written = !metrics || metrics->write(session);
   // Nothing has been torn down yet.
   if (_handles) watcher.tell({session.lastDue(), HandlesEvent{*source.accounts()}});
   watcher.instantEnded(session);
   lines.removeStatus();
   if (program) program->drain([] { return Pelago::Application::instance()->quitting(); });
-  return Success;
+  return written ? Success : Failure;
 }
 
 }  // namespace Program

@@ -7,6 +7,7 @@
 
 #include "application/Command.h"
 #include "application/Options.h"
+#include "application/check/Expectations.h"
 #include "application/text/TextScreen.h"
 
 namespace Program {
@@ -36,6 +37,8 @@ class WatchCommand : public Command {
 
   RegistryOptions _registry;
   ScreenOptions _screen;
+  Expectations _expected;
+  std::optional<std::string> _metrics;
   bool _json = false;
   bool _handles = false;
   std::optional<std::string> _exec;

@@ -82,6 +82,7 @@ void Discovery::look() {
   const std::optional<UIDs> found = devicesInRegistry();
   if (!found) {
     std::fputs("raidmonitor: the registry could not be searched for devices\n", stderr);
+    _observer.lookFailed();
     return;
   }
   for (const std::uint64_t uid : without(_devices, *found))

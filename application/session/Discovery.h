@@ -17,7 +17,7 @@ class SessionObserver;
 //
 // Thread:  the event thread only.
 // Failure: a look at a registry that does not hold still, or can't be walked, is given up with a
-//          line on standard error; the devices stay as they were.
+//          line on standard error, and the observer is told; the devices stay as they were.
 class Discovery {
  public:
   Discovery(Pelago::DiscoveryManager& manager, SessionObserver& observer)

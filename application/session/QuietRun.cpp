@@ -21,10 +21,18 @@ std::unique_ptr<Source> sourceFor(const RegistryOptions& options) {
                           : openDefaultRegistry(options.pace);
 }
 
-QuietRun::QuietRun(const RegistryOptions& options)
+const char* kindOf(const RegistryOptions& options, const Source& source) {
+  if (options.registry) return "archive";
+  return source.isLive() ? "live" : "demonstration";
+}
+
+QuietRun::QuietRun(const RegistryOptions& options, SessionObserver* observer)
     : _source(sourceFor(options)),
+      _sourceKind(kindOf(options, *_source)),
       _observer(options.log),
-      _session(*_source, _observer, endOf(options, *_source)) {
+      _session(*_source, _observers, endOf(options, *_source)) {
+  _observers.add(_observer);
+  if (observer != nullptr) _observers.add(*observer);
   _session.run();
 }
 

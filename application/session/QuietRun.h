@@ -6,6 +6,7 @@
 #include "application/Options.h"
 #include "application/session/Session.h"
 #include "application/session/SessionObserver.h"
+#include "application/session/SessionObservers.h"
 #include "application/session/Source.h"
 
 namespace Program {
@@ -13,12 +14,17 @@ namespace Program {
 // The source that the command line names.
 std::unique_ptr<Source> sourceFor(const RegistryOptions& options);
 
+// Which of them it is: "live", "archive" (a recording too) or "demonstration".
+const char* kindOf(const RegistryOptions& options, const Source& source);
+
 // A run of which only the state at its end is wanted. On a registry whose watch never ends it lasts
-// until the first refresh.
+// until the first refresh. An observer that wants to hear it outlives it.
 class QuietRun {
  public:
-  explicit QuietRun(const RegistryOptions& options);
+  explicit QuietRun(const RegistryOptions& options, SessionObserver* observer = nullptr);
 
+  const Session& session() const { return _session; }
+  const char* sourceKind() const { return _sourceKind; }
   std::vector<RAIDMonitoring::RAIDHost*> hosts() const { return _session.hosts(); }
 
  private:
@@ -34,7 +40,9 @@ class QuietRun {
   };
 
   std::unique_ptr<Source> _source;
+  const char* _sourceKind;
   Observer _observer;
+  SessionObservers _observers;
   Session _session;
 };
 

@@ -18,6 +18,9 @@ class SessionObserver : public RAIDMonitoring::RAIDMonitorClient {
   virtual void deviceAppeared(std::uint64_t) {}
   virtual void deviceDisappeared(std::uint64_t) {}
 
+  // Discovery could not look at the registry.
+  virtual void lookFailed() {}
+
   virtual void logged(Pelago::Logger::Level, const std::string& /*category*/,
                       const std::string& /*text*/) {}
 

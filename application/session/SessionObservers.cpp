@@ -14,6 +14,11 @@ void SessionObservers::deviceDisappeared(std::uint64_t uid) {
     observer->deviceDisappeared(uid);
 }
 
+void SessionObservers::lookFailed() {
+  for (SessionObserver* observer : _observers)
+    observer->lookFailed();
+}
+
 void SessionObservers::logged(Pelago::Logger::Level level, const std::string& category,
                               const std::string& text) {
   for (SessionObserver* observer : _observers)

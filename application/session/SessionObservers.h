@@ -14,6 +14,7 @@ class SessionObservers : public SessionObserver {
 
   void deviceAppeared(std::uint64_t uid) override;
   void deviceDisappeared(std::uint64_t uid) override;
+  void lookFailed() override;
   void logged(Pelago::Logger::Level level, const std::string& category,
               const std::string& text) override;
   void instantEnded(const Session& session) override;

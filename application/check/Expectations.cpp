@@ -1,0 +1,81 @@
+#include "application/check/Expectations.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <set>
+#include <utility>
+
+namespace Program {
+namespace {
+
+bool isSame(char a, char b) {
+  return std::toupper(static_cast<unsigned char>(a)) == std::toupper(static_cast<unsigned char>(b));
+}
+
+bool isSameUUID(const std::string& a, const std::string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), isSame);
+}
+
+// Decimal digits alone: the option parser itself would read 010 as octal.
+std::size_t parseCount(const std::string& text) {
+  std::size_t count = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    throw CLI::ValidationError("--expect-volumes", "'" + text + "' is not a number of volumes");
+  }
+  return count;
+}
+
+}  // namespace
+
+void addExpectationOptions(CLI::App& parser, Expectations& expected, CLI::Option* needed) {
+  const auto isUUID = [](const std::string& uuid) {
+    return uuid.empty() ? "the UUID is missing" : "";
+  };
+  const auto setCount = [&expected](const std::string& text) {
+    expected.volumes = parseCount(text);
+  };
+  CLI::Option* uuids =
+      parser.add_option("--expect", expected.uuids, "A volume that has to be there; repeatable")
+          ->type_name("UUID")
+          ->allow_extra_args(false)
+          ->check(isUUID);
+  CLI::Option* count = parser
+                           .add_option_function<std::string>("--expect-volumes", setCount,
+                                                             "So many volumes have to be there")
+                           ->type_name("N");
+  if (needed == nullptr) return;
+  uuids->needs(needed);
+  count->needs(needed);
+}
+
+std::vector<std::string> distinctUUIDs(const Expectations& expected) {
+  std::set<std::string> uuids;
+  for (std::string uuid : expected.uuids) {
+    for (char& c : uuid)
+      c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    uuids.insert(std::move(uuid));
+  }
+  return {uuids.begin(), uuids.end()};
+}
+
+bool isThere(const std::string& uuid, const std::vector<EnclosureVolumes>& enclosures) {
+  return std::any_of(enclosures.begin(), enclosures.end(), [&uuid](const auto& enclosure) {
+    return std::any_of(
+        enclosure.volumes.begin(), enclosure.volumes.end(),
+        [&uuid](const VolumeSnapshot& volume) { return isSameUUID(uuid, volume.uuid); });
+  });
+}
+
+std::size_t volumesIn(const std::vector<EnclosureVolumes>& enclosures) {
+  std::set<std::string> uuids;
+  for (const EnclosureVolumes& enclosure : enclosures) {
+    for (const VolumeSnapshot& volume : enclosure.volumes)
+      uuids.insert(volume.uuid);
+  }
+  return uuids.size();
+}
+
+}  // namespace Program
