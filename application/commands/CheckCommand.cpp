@@ -5,11 +5,13 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <optional>
 #include <string_view>
 
 #include "application/StandardOutput.h"
 #include "application/check/Assessment.h"
 #include "application/check/PluginOutput.h"
+#include "application/check/Silence.h"
 #include "application/session/LookFailures.h"
 #include "application/session/QuietRun.h"
 
@@ -74,11 +76,14 @@ ExitStatus CheckCommand::refuse(const std::string& reason, StandardOutput& outpu
 }
 
 ExitStatus CheckCommand::look(StandardOutput& output) const {
+  std::optional<Silence> silence;
+  if (!_registry.log) silence.emplace(Silence::Streams::ErrorsToo);
   LookFailures failures;
   const QuietRun run(_registry, &failures);
   std::vector<EnclosureVolumes> enclosures;
   for (const RAIDMonitoring::RAIDHost* host : run.hosts())
     enclosures.push_back(volumesOf(*host));
+  silence.reset();
   const std::vector<Finding> findings =
       assess(enclosures, _expected, failures.ofLastLook(run.session()));
   const Severity worst = findings.empty() ? Severity::Ok : findings.front().severity;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "application/StandardOutput.h"
+#include "application/check/Silence.h"
 #include "application/files/AtomicFile.h"
 #include "application/metrics/MetricsObserver.h"
 #include "application/session/QuietRun.h"
@@ -26,6 +27,8 @@ void MetricsCommand::addOptions(CLI::App& parser) {
 }
 
 ExitStatus MetricsCommand::run(StandardOutput& output) {
+  std::optional<Silence> silence;  // or cron sends mail every time
+  if (!_registry.log) silence.emplace(Silence::Streams::Output);
   MetricsObserver observer(_expected);
   const QuietRun run(_registry, &observer);
   const std::string text = metricsText(observer.metricsOf(run.session(), run.sourceKind()));

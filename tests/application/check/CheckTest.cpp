@@ -126,6 +126,15 @@ TEST(Check, WrongUsageIsUnknownAndNotWhatReadsAsCritical) {
   }
 }
 
+// Some runners take the first line of both outputs for the answer.
+TEST(Check, NothingIsOnStandardErrorUnlessTheLogIsWanted) {
+  for (const char* until : {"2000", "3000", "8000"})
+    EXPECT_EQ("", check({"--until", until}).err);
+  EXPECT_EQ("", check({"--registry", "/nowhere"}).err);
+  EXPECT_EQ("", check({"--nonsense"}).err);
+  EXPECT_THAT(check({"--log"}).err, HasSubstr("[RAIDMonitor] ThunderboltDevice::waitForDisks\n"));
+}
+
 TEST(Check, HelpIsNoAnswer) {
   const Result result = check({"--help"});
   EXPECT_EQ(0, result.status);

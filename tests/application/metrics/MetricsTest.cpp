@@ -56,6 +56,11 @@ TEST(Metrics, TellTheStateOfEverythingAtAMoment) {
   expectGolden("metrics-degraded.prom", withoutTime(result.out));
 }
 
+TEST(Metrics, NothingIsOnStandardErrorUnlessTheLogIsWanted) {
+  EXPECT_EQ("", metrics({}).err);
+  EXPECT_THAT(metrics({"--log"}).err, HasSubstr("[RAIDMonitor] ThunderboltDevice::waitForDisks\n"));
+}
+
 TEST(Metrics, HaveTheFormThatPrometheusAsksFor) {
   const Arguments moments[] = {
       {"--until", "0"},
