@@ -66,4 +66,7 @@ if(RAIDMONITORING_APPLICATION)
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT application)
   install(DIRECTORY application/demo DESTINATION ${CMAKE_INSTALL_DATADIR}/RAIDMonitoring
     COMPONENT application FILES_MATCHING PATTERN "*.plist")
+  # How other people's monitors ask it: see docs/monitoring.md.
+  install(DIRECTORY packaging/nagios packaging/icinga packaging/prometheus
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/RAIDMonitoring COMPONENT application)
 endif()

@@ -9,8 +9,8 @@ for page in raidmonitor.1 RAIDMonitoring.3; do
 done
 
 text=$(sed 's/\\-/-/g' "$BUILD/man/raidmonitor.1")
-for command in watch list slots report record; do
-  options=$("$BUILD/application/raidmonitor" $command --help | grep -oE -- '--[a-z]+' | sort -u)
+for command in watch list slots report record check metrics; do
+  options=$("$BUILD/application/raidmonitor" $command --help | grep -oE -- '--[a-z-]+' | sort -u)
   for word in $command $options; do
     grep -qF -- "$word" <<<"$text" || { echo "raidmonitor.1 says nothing of $word"; status=1; }
   done

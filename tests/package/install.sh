@@ -8,7 +8,8 @@ fresh prefix
 for wanted in \
   "libRAIDMonitoring.so*" "libPelago.so*" "libRAIDMonitoringRegistry.so*" \
   raidmonitor raidmonitor.1 RAIDMonitoring.3 RAIDMonitoring.pc RAIDMonitoringConfig.cmake \
-  RAIDMonitorClient.h RAIDMonitoringExport.h 00000.plist README.md index.md; do
+  RAIDMonitorClient.h RAIDMonitoringExport.h 00000.plist README.md index.md \
+  raidmonitor.cfg raidmonitor.conf raidmonitor.rules.yml; do
   [ -n "$(find . -name "$wanted")" ] || fail "not installed: $wanted"
 done
 
