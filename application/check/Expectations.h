@@ -9,7 +9,6 @@
 
 namespace CLI {
 class App;
-class Option;
 }  // namespace CLI
 
 namespace Program {
@@ -20,8 +19,8 @@ struct Expectations {
   std::optional<std::size_t> volumes;  // how many at least
 };
 
-// --expect and --expect-volumes. With `needed`: they mean nothing without that option.
-void addExpectationOptions(CLI::App& parser, Expectations& expected, CLI::Option* needed = nullptr);
+// --expect and --expect-volumes.
+void addExpectationOptions(CLI::App& parser, Expectations& expected);
 
 // Each once, in upper case.
 std::vector<std::string> distinctUUIDs(const Expectations& expected);

@@ -42,17 +42,24 @@ void WatchCommand::addOptions(CLI::App& parser) {
   addPaceOption(parser, _registry);
   parser.add_flag("--json", _json, "JSON for programs");
   addScreenOptions(parser, _screen);
-  CLI::Option* metrics =
-      parser.add_option("--metrics", _metrics, "Keep a file of metrics up to date, for Prometheus")
-          ->type_name("FILE");
-  addExpectationOptions(parser, _expected, metrics);
+  parser.add_option("--metrics", _metrics, "Keep a file of metrics up to date, for Prometheus")
+      ->type_name("FILE");
+  addExpectationOptions(parser, _expected);
   parser.add_flag("--handles", _handles, "In the end, show what is still held of the registry");
   parser.add_option("--exec", _exec, "Run a program for each event")->type_name("PROGRAM");
   parser.add_option("--exec-arg", _arguments, "An argument for it; may be repeated")
       ->type_name("TEXT")
       ->allow_extra_args(false);
   parser.add_flag("--test-event", _testEvent, "Only send it one event of each kind");
-  parser.callback([this] { checkProgram(); });
+  parser.callback([this] {
+    checkExpectations();
+    checkProgram();
+  });
+}
+
+void WatchCommand::checkExpectations() const {
+  const bool expects = !_expected.uuids.empty() || _expected.volumes;
+  if (expects && !_metrics) throw CLI::ValidationError("--expect", "needs --metrics");
 }
 
 void WatchCommand::checkProgram() const {

@@ -32,6 +32,7 @@ class WatchCommand : public Command {
                                              WatchOutput& lines, bool status) const;
   std::unique_ptr<ExecListener> programFor(WatchListener& shown, WatchOutput& lines) const;
   std::vector<std::string> program() const;
+  void checkExpectations() const;
   void checkProgram() const;
   ExitStatus watch(Source& source, StandardOutput& output) const;
 

@@ -28,8 +28,9 @@ Metrics MetricsObserver::metricsOf(const Session& session, const std::string& so
   Metrics metrics;
   metrics.source = source;
   metrics.time = unixTime();
-  metrics.complete = _failures.ofLastLook(session).empty();
   metrics.enclosures = _slots.volumesOf(session.hosts());
+  metrics.complete = _failures.ofLastLook(session).empty();
+  if (!metrics.complete) _slots = {};  // a bay may have been missed, so ask again
   metrics.events = _events;
   metrics.expected = _expected;
   return metrics;

@@ -67,7 +67,9 @@ void LookFailures::RAIDDisappeared(RAIDMonitoring::RAIDVolume* volume) {
 
 std::vector<std::string> LookFailures::ofLastLook(const Session& session) const {
   std::vector<std::string> reasons;
-  if (lookAt(session.lastDue()) != _look) return reasons;
+  // A refresh that came late, after the computer slept say, may even be of a later look than it was
+  // due for.
+  if (_look < lookAt(session.lastDue())) return reasons;
   const bool comingUp = isComingUp(session);
   for (const Failure& failure : _failures) {
     if (failure.cause == Cause::Registry || !comingUp) reasons.push_back(failure.reason);

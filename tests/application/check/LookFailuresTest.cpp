@@ -7,6 +7,7 @@
 
 #include "application/check/Assessment.h"
 #include "application/session/Session.h"
+#include "application/session/SessionObservers.h"
 #include "model/RAIDHost.h"
 #include "tests/application/support/StagedSource.h"
 #include "tests/support/CapturedOutput.h"
@@ -42,9 +43,11 @@ Answer look(
   enclosure.complete().addDisks({1, 2}).addSet({"SET", {1, 2}, "Projects", "Mirror", status});
   StagedSource source({{0, order}, {1000, [] {}}, {2000, [] {}}});
   LookFailures failures;
+  SessionObservers observers;
+  observers.add(failures);
   Answer answer;
   {
-    Session session(source, failures, end);
+    Session session(source, observers, end);
     session.run();
     answer.calls = MemoryRegistry::calls();
     std::vector<EnclosureVolumes> enclosures;

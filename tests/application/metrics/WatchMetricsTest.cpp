@@ -52,7 +52,9 @@ TEST(WatchMetrics, ExpectationsGoWithIt) {
       0, run({"watch", "--metrics", file, "--expect", "nobody", "--expect-volumes", "3"}).status);
   EXPECT_THAT(contentOf(file),
               HasSubstr("\nraidmonitor_expected_volume_present{volume=\"NOBODY\"} 0\n"));
-  EXPECT_EQ(2, run({"watch", "--expect", "nobody"}).status);
+  const Result without = run({"watch", "--expect-volumes", "0"});
+  EXPECT_EQ(2, without.status);
+  EXPECT_THAT(without.err, HasSubstr("needs --metrics"));
 }
 
 TEST(WatchMetrics, AFolderThatIsNotThereIsAnErrorBeforeAnythingIsWatched) {
