@@ -155,15 +155,33 @@ void lookAgain(ThunderboltDevice* device, PollingEvent::Type stage, RegistryHand
   Pelago::Application::PostEvent(device, event);
 }
 
+// A look that ran out of memory was the device's only one: without another it would never come up.
+// Back to the start, because what the look had in hand is gone.
+template <class Look>
+void lookOrStartAgain(ThunderboltDevice* device, const Look& look) {
+  try {
+    look();
+  } catch (...) {
+    // With a bridge the periodic refresh takes over.
+    if (device->pciBridgePath().empty()) {
+      auto switchEntry = RegistryHandle::adopt(device->findRegistryEntry());
+      if (switchEntry) lookAgain(device, PollingEvent::UpstreamPort, std::move(switchEntry));
+    }
+    throw;
+  }
+}
+
 }  // namespace
 
 // Only the type is looked at: any event of these three is taken for a PollingEvent.
 void ThunderboltDevice::event(Pelago::Event* event) {
   switch (event->type()) {
     case PollingEvent::UpstreamPort:
-      return waitForUpstreamPort(static_cast<PollingEvent*>(event)->takeEntry());
+      return lookOrStartAgain(
+          this, [=] { waitForUpstreamPort(static_cast<PollingEvent*>(event)->takeEntry()); });
     case PollingEvent::PCIBridge:
-      return waitForPCIBridge(static_cast<PollingEvent*>(event)->takeEntry());
+      return lookOrStartAgain(
+          this, [=] { waitForPCIBridge(static_cast<PollingEvent*>(event)->takeEntry()); });
     case PollingEvent::Disks:
       return waitForDisks(static_cast<PollingEvent*>(event)->takeEntry());
     default:

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 
-#include "tests/faults/FailingMemory.h"
 #include "tests/faults/KeptModel.h"
 #include "tests/faults/Restoration.h"
+#include "tests/support/FailingMemory.h"
 
 namespace FaultTest {
 namespace {
@@ -14,6 +15,8 @@ using MemoryRegistry::Failure;
 using MemoryRegistry::Operation;
 using MemoryRegistry::OperationCount;
 using MemoryRegistry::Repeat;
+using TestSupport::FailingAllocation;
+using TestSupport::PlentyOfMemory;
 
 constexpr Pelago::Milliseconds Period = 2000;
 constexpr std::size_t MostComplaints = 12;
@@ -53,69 +56,80 @@ constexpr bool isSanitized = __has_feature(address_sanitizer);
 constexpr bool isSanitized = false;
 #endif
 
-// A life costs as much as its operations: some seconds' worth of them for each scenario.
+// A life costs as much as its operations: at most a few minutes' worth of them for each scenario.
 unsigned strideFor(std::uint64_t operations, std::uint64_t faults) {
   if (const char* stride = std::getenv("FAULT_STRIDE")) {
     return std::max(1U, static_cast<unsigned>(std::strtoul(stride, nullptr, 10)));
   }
-  constexpr std::uint64_t affordable = isSanitized ? 1'500'000 : 35'000'000;
+  constexpr std::uint64_t affordable = isSanitized ? 1'500'000 : 3'300'000'000;
   return static_cast<unsigned>(1 + operations * faults / affordable);
 }
 
 class Loop {
  public:
-  explicit Loop(const Scenario& scenario) : _scenario(scenario) {}
+  Loop(const Scenario& scenario, Share share) : _scenario(scenario), _share(share) {}
 
   Tally registryFaults() {
     playClean();
     _tally.stride = strideFor(_tally.operations, 2 * _tally.operations);
-    for (const Repeat repeat : {Repeat::Once, Repeat::FromThenOn}) {
-      for (std::uint64_t n = 1; n <= _tally.operations; n += _tally.stride) {
-        tryOne(std::to_string(n) + (repeat == Repeat::Once ? " once" : " and later"),
-               [&] { MemoryRegistry::failAnyCall(n, repeat); });
-      }
-    }
+    forEachOf(_tally.operations, 0, "operation, once",
+              [](std::uint64_t n) { MemoryRegistry::failAnyCall(n, Repeat::Once); });
+    // With a stride those in between, so that of two operations each fails in one way at least.
+    forEachOf(_tally.operations, _tally.stride / 2, "operation, for good",
+              [](std::uint64_t n) { MemoryRegistry::failAnyCall(n, Repeat::FromThenOn); });
     for (const Operation operation : WithHandles) {
-      const std::uint64_t calls = _calls[static_cast<std::size_t>(operation)];
-      for (std::uint64_t n = 1; n <= calls; n += _tally.stride) {
-        tryOne(std::to_string(n) + " null",
-               [&] { MemoryRegistry::failCall(operation, n, Repeat::Once, Failure::NullSuccess); });
-      }
+      forEachOf(_calls[static_cast<std::size_t>(operation)], 0, "null", [&](std::uint64_t n) {
+        MemoryRegistry::failCall(operation, n, Repeat::Once, Failure::NullSuccess);
+      });
     }
     return _tally;
   }
 
   Tally allocationFailures() {
     playClean();
-    _outOfMemory = true;
     _tally.stride = strideFor(_tally.operations, _allocations);
-    for (std::uint64_t n = 1; n <= _allocations; n += _tally.stride)
-      tryOne("allocation " + std::to_string(n), [&] { FailingMemory::fail(n); });
+    forEachOf(_allocations, 0, "allocation", [&](std::uint64_t n) { _failing.emplace(n - 1); });
     _tally.operations = _allocations;
     return _tally;
   }
 
  private:
+  // Those of this share.
+  template <class Arm>
+  void forEachOf(std::uint64_t count, unsigned offset, const char* what, const Arm& arm) {
+    const std::uint64_t first = 1 + offset + std::uint64_t{_share.number} * _tally.stride;
+    const std::uint64_t step = std::uint64_t{_share.of} * _tally.stride;
+    for (std::uint64_t n = first; n <= count; n += step)
+      tryOne(what + (" " + std::to_string(n)), [&] { arm(n); });
+  }
+
+  // Twice: what is asked for but once, by whoever, is there afterwards.
   void playClean() {
-    Life life;
-    const std::uint64_t before = FailingMemory::allocations();
-    _scenario.play(life);
-    _allocations = FailingMemory::allocations() - before;
-    _tally.operations = failableCalls();
-    for (std::size_t number = 0; number < OperationCount; ++number)
-      _calls[number] = MemoryRegistry::calls(static_cast<Operation>(number));
-    _ending = letSettle(life);
-    check(life, "clean");
+    for (const bool isFirst : {true, false}) {
+      _warmUp = isFirst;
+      const Balance balance(*this, "clean");
+      Life life;
+      const std::uint64_t before = TestSupport::madeAllocations();
+      _scenario.play(life);
+      _allocations = TestSupport::madeAllocations() - before;
+      _tally.operations = failableCalls();
+      for (std::size_t number = 0; number < OperationCount; ++number)
+        _calls[number] = MemoryRegistry::calls(static_cast<Operation>(number));
+      _ending = letSettle(life);
+      check(life, "clean");
+    }
   }
 
   void tryOne(const std::string& fault, const std::function<void()>& arm) {
+    const Balance balance(*this, fault);
     Life life;
     arm();
     _scenario.play(life);
     MemoryRegistry::failNothing();
-    const bool failed = FailingMemory::failNothing();
     ++_tally.faults;
-    if (_outOfMemory && failed && life.exceptions() != 1) complain(fault, "no exception");
+    const bool failed = _failing && _failing->failed();
+    _failing.reset();
+    if (failed && life.exceptions() != 1) complain(fault, "no exception");
     const Ending ending = letSettle(life);
     complainAll(fault, " (1) ",
                 differences(_ending.first, ending.first, _scenario.unreadable, true));
@@ -123,6 +137,29 @@ class Loop {
                 differences(_ending.second, ending.second, _scenario.unreadable, false));
     check(life, fault);
   }
+
+  // What a life has asked for is given back when it has ended.
+  class Balance {
+   public:
+    Balance(Loop& loop, std::string life) : _loop(loop), _life(std::move(life)) {
+      MemoryRegistry::reset();
+      _before = TestSupport::liveAllocations();
+    }
+    ~Balance() {
+      MemoryRegistry::reset();
+      const std::size_t after = TestSupport::liveAllocations();
+      if (after == _before || _loop._warmUp) return;
+      _loop.complain(_life, std::to_string(after) + " allocations are alive instead of " +
+                                std::to_string(_before));
+    }
+    Balance(const Balance&) = delete;
+    Balance& operator=(const Balance&) = delete;
+
+   private:
+    Loop& _loop;
+    std::string _life;
+    std::size_t _before = 0;
+  };
 
   Ending letSettle(Life& life) {
     Ending ending;
@@ -164,29 +201,32 @@ class Loop {
       complain(fault, between + text);
   }
   void complain(const std::string& fault, const std::string& text) {
+    const PlentyOfMemory plenty;
     if (_tally.complaints.size() < MostComplaints) {
       _tally.complaints.push_back(_scenario.name + ", " + fault + ": " + text);
     }
   }
 
   const Scenario& _scenario;
-  bool _outOfMemory = false;
+  Share _share;
+  std::optional<FailingAllocation> _failing;
   std::uint64_t _allocations = 0;
   std::uint64_t _calls[OperationCount] = {};
   Ending _ending;
+  bool _warmUp = false;
   Tally _tally;
 };
 
 }  // namespace
 
-Tally tryRegistryFaults(const Scenario& scenario) {
+Tally tryRegistryFaults(const Scenario& scenario, Share share) {
   const NoOutput silence;
-  return Loop(scenario).registryFaults();
+  return Loop(scenario, share).registryFaults();
 }
 
-Tally tryAllocationFailures(const Scenario& scenario) {
+Tally tryAllocationFailures(const Scenario& scenario, Share share) {
   const NoOutput silence;
-  return Loop(scenario).allocationFailures();
+  return Loop(scenario, share).allocationFailures();
 }
 
 }  // namespace FaultTest

@@ -24,13 +24,19 @@ struct Tally {
   std::vector<std::string> complaints;  // no more than a few
 };
 
-// Plays the scenario once as it is, and then once for every fault: each operation that can fail
-// fails once, fails with all that follow, and, where it can, succeeds with a null handle. Where all
-// of them would take too long (long scenarios, and under sanitizers), only every so many;
+// The faults of a scenario can be dealt out to several programs that run side by side.
+struct Share {
+  unsigned number = 0;
+  unsigned of = 1;
+};
+
+// Plays the scenario as it is, and then once for every fault: each operation that can fail fails
+// once, fails with all that follow, and, where it can, succeeds with a null handle. Where all of
+// them would take too long (the longest scenarios, and under sanitizers), only every so many;
 // FAULT_STRIDE in the environment says how many instead.
-Tally tryRegistryFaults(const Scenario& scenario);
+Tally tryRegistryFaults(const Scenario& scenario, Share share = {});
 
 // The same for every allocation, which fails once.
-Tally tryAllocationFailures(const Scenario& scenario);
+Tally tryAllocationFailures(const Scenario& scenario, Share share = {});
 
 }  // namespace FaultTest

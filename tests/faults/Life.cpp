@@ -10,9 +10,11 @@
 #include "model/RAIDHost.h"
 #include "model/RAIDMember.h"
 #include "platform/pelago/Logger.h"
-#include "tests/faults/FailingMemory.h"
+#include "tests/support/FailingMemory.h"
 
 namespace FaultTest {
+
+using TestSupport::PlentyOfMemory;
 
 using Pelago::Logger;
 using RAIDMonitoring::RAIDHost;
@@ -57,8 +59,30 @@ HostView viewOf(const RAIDHost& host) {
 
 }  // namespace
 
+// Linked in place of RAIDHost::addRAIDVolume (see CMakeLists.txt). What a host has on file when it
+// ends is never given back, on purpose: the client sees to its end, whether it was told or not.
+void realAddRAIDVolume(RAIDHost* host, RAIDVolume* volume) __asm__(
+    "__real__ZN14RAIDMonitoring8RAIDHost13addRAIDVolumeEPNS_10RAIDVolumeE");
+void wrapAddRAIDVolume(RAIDHost* host, RAIDVolume* volume) __asm__(
+    "__wrap__ZN14RAIDMonitoring8RAIDHost13addRAIDVolumeEPNS_10RAIDVolumeE");
+
+void wrapAddRAIDVolume(RAIDHost* host, RAIDVolume* volume) {
+  realAddRAIDVolume(host, volume);
+  if (AddingClient* client = AddingClient::keeping()) client->keep(volume);
+}
+
 bool operator==(const VolumeView& a, const VolumeView& b) {
   return a.name == b.name && a.level == b.level && a.state == b.state && a.members == b.members;
+}
+
+AddingClient* AddingClient::_keeping = nullptr;
+
+AddingClient::AddingClient(bool isKeeping) {
+  if (isKeeping) _keeping = this;
+}
+
+AddingClient::~AddingClient() {
+  if (_keeping == this) _keeping = nullptr;
 }
 
 // A volume that was destroyed has no references left: the place where it was tells so.
@@ -68,7 +92,7 @@ void AddingClient::hear(bool holds, const char* complaint, RAIDVolume* volume) {
     return;
   }
   if (!holds) _complaints.push_back(complaint + (": '" + volume->uuid() + "'"));
-  if (_isKeeping) keep(volume);
+  if (_keeping == this) keep(volume);
 }
 
 void AddingClient::RAIDAppeared(RAIDVolume* volume) {
@@ -89,6 +113,7 @@ void AddingClient::RAIDUpdated(RAIDVolume* volume) {
 }
 
 void AddingClient::keep(RAIDVolume* volume) {
+  const PlentyOfMemory plenty;
   if (_volumes.insert(volume).second) volume->ref();
 }
 

@@ -43,7 +43,13 @@ bool operator==(const VolumeView& a, const VolumeView& b);
 // behind on purpose.
 class AddingClient : public RAIDMonitoring::RAIDMonitorClient {
  public:
-  explicit AddingClient(bool isKeeping) : _isKeeping(isKeeping) {}
+  explicit AddingClient(bool isKeeping);
+  ~AddingClient();
+  AddingClient(const AddingClient&) = delete;
+  AddingClient& operator=(const AddingClient&) = delete;
+
+  // The one that keeps every volume, those included that hosts file and don't tell of; or null.
+  static AddingClient* keeping() { return _keeping; }
 
   void RAIDAppeared(RAIDMonitoring::RAIDVolume* volume) override;
   void RAIDDisappeared(RAIDMonitoring::RAIDVolume* volume) override;
@@ -64,7 +70,8 @@ class AddingClient : public RAIDMonitoring::RAIDMonitorClient {
  private:
   void hear(bool holds, const char* complaint, RAIDMonitoring::RAIDVolume* volume);
 
-  bool _isKeeping;
+  static AddingClient* _keeping;
+
   std::map<RAIDMonitoring::RAIDVolume*, int> _announcements;
   std::set<std::string> _announced;
   std::set<RAIDMonitoring::RAIDVolume*> _volumes;
@@ -95,7 +102,7 @@ class Life {
   View view() const;
   Pelago::Milliseconds now() const { return _application->now(); }
   std::vector<RAIDMonitoring::RAIDHost*> hosts() const { return _monitor->raidHosts(); }
-  const AddingClient& client() const { return _client; }
+  AddingClient& client() { return _client; }
   // Shuts the monitor down and ends everything.
   void end();
   const std::vector<TraceEvent>& trace() const { return _trace.events(); }

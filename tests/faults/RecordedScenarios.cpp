@@ -93,32 +93,66 @@ void play(Life& life, const std::vector<Scene>& scenes) {
   life.askForSlots();
 }
 
-Scenario scenarioOf(const std::filesystem::path& folder) {
+bool isAskedFor(const std::string& key) {
+  static const std::set<std::string> keys{kSwitchUIDKey,       kSwitchDepthKey,
+                                          kDeviceVendorIDKey,  kDeviceVendorNameKey,
+                                          kDeviceModelIDKey,   kDeviceModelNameKey,
+                                          kAdapterTypeKey,     kPCIPathKey,
+                                          kPCIDeviceKey,       kNameKey,
+                                          kBootDeviceKey,      kBootDevicePathKey,
+                                          kRAIDSetUUIDKey,     kRAIDSetNameKey,
+                                          kRAIDSetStatusKey,   kRAIDLevelNameKey,
+                                          kRAIDMembersKey,     kRAIDMemberUUIDKey,
+                                          kRAIDMemberStatusKey};
+  return keys.count(key) != 0;
+}
+
+void leaveOutWhatNobodyAsksFor(RegistryContent& content) {
+  for (auto& entry : content.entries) {
+    auto& properties = entry.description.properties;
+    properties.erase(std::remove_if(properties.begin(), properties.end(),
+                                    [](const auto& item) { return !isAskedFor(item.first); }),
+                     properties.end());
+    properties.shrink_to_fit();
+  }
+}
+
+Scenario scenarioOf(const std::filesystem::path& folder, bool isWhole) {
   auto scenes = std::make_shared<std::vector<Scene>>();
   Recording recording = Recording::open(folder.string());
   for (std::size_t index = 0; index < recording.times().size(); ++index) {
     RegistryContent content = recording.content(index);
     UIDs devices = devicesIn(content);
+    if (!isWhole) leaveOutWhatNobodyAsksFor(content);
     scenes->push_back({recording.times()[index], std::move(content), std::move(devices)});
   }
   return {folder.filename().string(), [scenes](Life& life) { play(life, *scenes); },
           unreadableIn(scenes->back().content)};
 }
 
+const char* const demo = "demo";
+
+std::filesystem::path folderOf(const std::string& name) {
+  if (name == demo) return DEMO;
+  return std::filesystem::path(RECORDINGS) / name;
+}
+
 }  // namespace
 
-std::vector<Scenario> recordedScenarios() {
-  std::vector<Scenario> scenarios{scenarioOf(DEMO)};
-  std::vector<std::filesystem::path> folders;
+std::vector<std::string> recordingNames() {
+  std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(RECORDINGS)) {
     if (entry.is_directory() && entry.path().filename() != "expected") {
-      folders.push_back(entry.path());
+      names.push_back(entry.path().filename().string());
     }
   }
-  std::sort(folders.begin(), folders.end());
-  for (const auto& folder : folders)
-    scenarios.push_back(scenarioOf(folder));
-  return scenarios;
+  std::sort(names.begin(), names.end());
+  names.insert(names.begin(), demo);
+  return names;
 }
+
+Scenario recordedScenario(const std::string& name) { return scenarioOf(folderOf(name), false); }
+
+Scenario wholeRecordedScenario(const std::string& name) { return scenarioOf(folderOf(name), true); }
 
 }  // namespace FaultTest

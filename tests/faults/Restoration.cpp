@@ -37,9 +37,10 @@ class Comparison {
  private:
   using Volumes = std::map<std::string, VolumeView>;
 
-  // No switch at arrival, or another bridge.
+  // No switch at arrival, or another bridge. None at all, with a switch, is no excuse.
   static bool isImpaired(const HostView& clean, const HostView& faulted) {
-    return clean.status != faulted.status || clean.bridge != faulted.bridge;
+    return clean.status != faulted.status ||
+           (clean.bridge != faulted.bridge && !faulted.bridge.empty());
   }
 
   bool isAnnouncedAlike() const {

@@ -13,12 +13,10 @@ namespace FaultTest {
 //
 // - A device whose switch was not found when it arrived stays a host without identity and volumes.
 // - What the switch said of vendor and model is read once, at arrival.
-// - A bring-up that runs out of memory between two looks has nothing left to look again with: the
-//   device stays without a bridge.
 // - The first PCI device that the bring-up met is the bridge for good, whichever that was.
 // - A status or level that is none of those known leaves the last known one in place: what the
-// fault
-//   kept from being read then is not made up for. (`unreadable` are the UUIDs that this is about.)
+//   fault kept from being read then is not made up for. (`unreadable` are the UUIDs that this is
+//   about.)
 // - One enclosure more or less reports a spanning set: the mark "cross-device" of its volumes in
 // the
 //   other enclosures follows from that.

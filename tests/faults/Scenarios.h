@@ -17,8 +17,15 @@ struct Scenario {
   std::set<std::string> unreadable = {};
 };
 
-// Enclosures that are staged by hand, and the demo and the recordings of the tests.
+// Enclosures that are staged by hand.
 std::vector<Scenario> stagedScenarios();
-std::vector<Scenario> recordedScenarios();
+
+// The demo and the recordings of the tests: their names, and one of them.
+std::vector<std::string> recordingNames();
+Scenario recordedScenario(const std::string& name);
+
+// The same with all that a recording says, of which recordedScenario() leaves out what the library
+// never asks for: staging it takes most of a life's time.
+Scenario wholeRecordedScenario(const std::string& name);
 
 }  // namespace FaultTest

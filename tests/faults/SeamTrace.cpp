@@ -3,7 +3,7 @@
 #include <unordered_set>
 
 #include "platform/registry/memory/MemoryRegistry.h"
-#include "tests/faults/FailingMemory.h"
+#include "tests/support/FailingMemory.h"
 
 // The linker sends the library's calls to __wrap_NAME, and knows the operation itself as
 // __real_NAME. The operations have C++ linkage, hence the mangled names.
@@ -45,6 +45,7 @@ Boolean wrapNumberGetValue(CFNumberRef number, CFNumberType type, void* value)
 namespace FaultTest {
 namespace {
 
+using TestSupport::PlentyOfMemory;
 using Kind = TraceEvent::Kind;
 
 std::vector<TraceEvent> storage;  // used again and again
@@ -132,7 +133,7 @@ kern_return_t wrapGetPath(io_registry_entry_t entry, const char* plane, char* pa
   const kern_return_t result = realGetPath(entry, plane, path);
   end(place, 0);
   if (current != nullptr && result == kIOReturnSuccess) {
-    const FaultTest::PlentyOfMemory plenty;
+    const TestSupport::PlentyOfMemory plenty;
     (*current)[place].name = FaultTest::lasting(path);
   }
   return result;

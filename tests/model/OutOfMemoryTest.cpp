@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "model/AppleRAIDMember.h"
-#include "tests/model/Allocations.h"
 #include "tests/model/BareHost.h"
 #include "tests/model/ModelFixture.h"
+#include "tests/support/FailingMemory.h"
 
 // Every operation that allocates, failing at every one of its allocations: the exception arrives,
 // and nothing is held that nobody owns. A program of its own, because it replaces operator new.
@@ -14,6 +14,8 @@ namespace ModelTest {
 namespace {
 
 using namespace RAIDMonitoring;
+using TestSupport::failEachAllocation;
+using TestSupport::liveAllocations;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

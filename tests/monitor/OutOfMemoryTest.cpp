@@ -5,8 +5,8 @@
 #include "monitor/DeviceDiscovery.h"
 #include "monitor/RAIDMonitorMac.h"
 #include "monitor/UpdateTimer.h"
-#include "tests/model/Allocations.h"
 #include "tests/monitor/Scene.h"
+#include "tests/support/FailingMemory.h"
 #include "tests/support/RegistryFixture.h"
 
 // The monitor's memory: what it leaves behind on purpose, and what holds when there is none. A
@@ -16,10 +16,10 @@ namespace MonitorTest {
 namespace {
 
 using namespace RAIDMonitoring;
-using ModelTest::failEachAllocation;
-using ModelTest::FailingAllocation;
-using ModelTest::liveAllocations;
-using ModelTest::madeAllocations;
+using TestSupport::failEachAllocation;
+using TestSupport::FailingAllocation;
+using TestSupport::liveAllocations;
+using TestSupport::madeAllocations;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -3,11 +3,12 @@
 #include <string>
 #include <utility>
 
+#include "tests/support/EntryStaging.h"
+
 namespace TestSupport {
 
 using MemoryRegistry::Array;
 using MemoryRegistry::Dictionary;
-using MemoryRegistry::EntryDescription;
 using MemoryRegistry::EntryID;
 using MemoryRegistry::number64;
 
@@ -17,21 +18,9 @@ constexpr std::size_t FanOut = 10;
 constexpr int LaneAdapter = 1;
 constexpr int PCIUpAdapter = 0x100102;
 
-EntryID addEntry(EntryID parent, const std::string& className, const std::string& name = "",
-                 const std::string& location = "", Dictionary properties = {}) {
-  EntryDescription description;
-  description.className = className;
-  if (!name.empty()) description.name = name;
-  description.location = location;
-  description.properties = std::move(properties);
-  return MemoryRegistry::add(parent, std::move(description));
-}
-
 // The driver of a new PCI bridge; what is behind the bridge goes beneath it.
 EntryID addBridge(EntryID parent, const std::string& name, const std::string& location) {
-  const EntryID bridge =
-      addEntry(parent, "IOPCIDevice", name, location, {{"IOName", "pci-bridge"}});
-  return addEntry(bridge, "IOPCI2PCIBridge", "IOPP");
+  return behindBridge(addPCIBridge(parent, name, location));
 }
 
 EntryID addMedia(EntryID parent, const std::string& name, const std::string& location) {

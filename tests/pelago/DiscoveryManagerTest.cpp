@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/pelago/DiscoveryClient.h"
-#include "tests/pelago/FailingAllocation.h"
+#include "tests/support/FailingMemory.h"
 
 namespace PelagoTest {
 namespace {
@@ -363,7 +363,7 @@ TEST_F(Discovery, LackOfMemoryInAddClientLeavesNoHalfRegistration) {
     {
       DiscoveryManager mortal;
       try {
-        const FailingAllocation failing(successes);
+        const TestSupport::FailingAllocation failing(successes);
         mortal.addClient(&client);
         added = true;
       } catch (const std::bad_alloc&) {

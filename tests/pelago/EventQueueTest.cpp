@@ -8,8 +8,8 @@
 #include "platform/pelago/Application.h"
 #include "platform/pelago/VirtualClock.h"
 #include "tests/pelago/Doubles.h"
-#include "tests/pelago/FailingAllocation.h"
 #include "tests/support/CapturingLog.h"
+#include "tests/support/FailingMemory.h"
 
 namespace PelagoTest {
 namespace {
@@ -204,7 +204,7 @@ TEST_F(EventQueue, LackOfMemoryInPostEventDisposesOfTheEventAndPropagates) {
   for (int i = 0; i < 200; ++i) {
     auto* event = new ToldEvent(story, "x");
     try {
-      const FailingAllocation failing(0);
+      const TestSupport::FailingAllocation failing(0);
       Application::PostEvent(&receiver, event);
       ++posted;
     } catch (const std::bad_alloc&) {

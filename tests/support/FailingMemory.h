@@ -1,23 +1,24 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 
-namespace ModelTest {
+// A program that links failing_memory has this operator new in place of its own: it counts, and can
+// be made to fail. Whoever asks for memory that need not be (a sort, say) is never refused: nobody
+// would notice.
+namespace TestSupport {
 
-// Counts the allocations of a program that links Allocations.cpp, and makes them fail. The
-// program's operator new is replaced by it.
-
-// How many are alive.
+// How many allocations are alive, and how many were made since the program began, failed ones
+// included. Without those within a PlentyOfMemory.
 std::size_t liveAllocations();
-// How many were made since the program began, failed ones included.
-std::size_t madeAllocations();
+std::uint64_t madeAllocations();
 
 // While it lives, the allocation after `successes` others throws std::bad_alloc; those behind it
 // succeed again.
 class FailingAllocation {
  public:
-  explicit FailingAllocation(std::size_t successes);
+  explicit FailingAllocation(std::uint64_t successes);
   ~FailingAllocation();
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;
@@ -25,6 +26,16 @@ class FailingAllocation {
   // Whether it has come to that, and how much was asked for.
   bool failed() const { return failedSize() != 0; }
   std::size_t failedSize() const;
+};
+
+// What is asked for while one of these lives, by the tests themselves, is neither counted nor
+// refused.
+class PlentyOfMemory {
+ public:
+  PlentyOfMemory();
+  ~PlentyOfMemory();
+  PlentyOfMemory(const PlentyOfMemory&) = delete;
+  PlentyOfMemory& operator=(const PlentyOfMemory&) = delete;
 };
 
 // Lets the action fail at its first allocation, its second and so on, until it no longer fails.
@@ -48,4 +59,4 @@ std::size_t failEachAllocation(const Action& action, const Check& check) {
   }
 }
 
-}  // namespace ModelTest
+}  // namespace TestSupport
