@@ -1,6 +1,6 @@
 #pragma once
 
-#include <signal.h>
+#include <csignal>
 
 namespace Pelago {
 class Clock;
@@ -18,8 +18,8 @@ class QuitOnSignals {
   QuitOnSignals& operator=(const QuitOnSignals&) = delete;
 
  private:
-  struct sigaction _interrupt;
-  struct sigaction _terminate;
+  struct sigaction _interrupt {};
+  struct sigaction _terminate {};
 };
 
 // As long as it lives, a write to a pipe that nobody reads is an error of that write, and not the

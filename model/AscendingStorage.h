@@ -47,7 +47,7 @@ class AscendingStorage {
   };
 
   bool isPlace(const void* memory) const {
-    const std::less<const void*> before;
+    const std::less<> before;
     return !before(memory, _places) && before(memory, _places + Places);
   }
 

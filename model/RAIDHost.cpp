@@ -4,13 +4,7 @@
 
 namespace RAIDMonitoring {
 
-RAIDHost::RAIDHost()
-    : _modelName("invalid"),
-      _modelID(0),
-      _vendorName("invalid"),
-      _vendorID(0),
-      _deviceStatus(-1),
-      _bayCount(0) {}
+RAIDHost::RAIDHost() = default;
 
 // The filed volumes are left as they are, on purpose: their references are never given back.
 RAIDHost::~RAIDHost() = default;

@@ -74,12 +74,12 @@ class RAIDMONITORING_EXPORT RAIDHost : public Pelago::Object {
  protected:
   RAIDHost();
 
-  std::string _modelName;
-  std::uint64_t _modelID;
-  std::string _vendorName;
-  std::uint64_t _vendorID;
-  std::int32_t _deviceStatus;
-  std::uint8_t _bayCount;
+  std::string _modelName = "invalid";
+  std::uint64_t _modelID = 0;
+  std::string _vendorName = "invalid";
+  std::uint64_t _vendorID = 0;
+  std::int32_t _deviceStatus = -1;
+  std::uint8_t _bayCount = 0;
   std::map<std::string, RAIDVolume*> _volumes;  // by UUID, byte-wise; one reference per entry
 };
 

@@ -2,7 +2,7 @@
 
 namespace RAIDMonitoring {
 
-RAIDMember::RAIDMember() : _state(MemberUnknown), _volume(nullptr) {}
+RAIDMember::RAIDMember() = default;
 
 RAIDMember::~RAIDMember() = default;
 

@@ -33,8 +33,8 @@ class RAIDMONITORING_EXPORT RAIDMember : public Pelago::Object {
   RAIDMember();
 
   std::string _uuid;
-  MemberState _state;
-  RAIDVolume* _volume;
+  MemberState _state = MemberUnknown;
+  RAIDVolume* _volume = nullptr;
 };
 
 }  // namespace RAIDMonitoring

@@ -22,8 +22,7 @@ AscendingStorage<RAIDVolume, 4096> storage;
 
 }  // namespace
 
-RAIDVolume::RAIDVolume(RAIDHost* host, std::string uuid)
-    : _uuid(std::move(uuid)), _level(LevelUnknown), _state(VolumeInitializing), _host(host) {
+RAIDVolume::RAIDVolume(RAIDHost* host, std::string uuid) : _uuid(std::move(uuid)), _host(host) {
   try {
     refresh();
   } catch (...) {

@@ -84,8 +84,8 @@ class RAIDMONITORING_EXPORT RAIDVolume : public Pelago::Object {
 
   std::string _uuid;
   std::string _name;
-  RAIDLevel _level;
-  RAIDVolumeState _state;
+  RAIDLevel _level = LevelUnknown;
+  RAIDVolumeState _state = VolumeInitializing;
   RAIDHost* _host;
   std::map<std::string, RAIDMember*> _membersByUUID;  // byte-wise; one reference per entry
 };

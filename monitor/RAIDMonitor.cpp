@@ -17,7 +17,7 @@ constexpr unsigned RefreshPeriod = 2000;  // milliseconds
 
 }  // namespace
 
-RAIDMonitor::RAIDMonitor() : _updateTimer(nullptr), _discovery(nullptr), _monitoring(false) {
+RAIDMonitor::RAIDMonitor() {
   // Plain pointers on purpose: what has been made is left behind when the next step throws.
   _discovery = new DeviceDiscovery(this);
   _updateTimer = new UpdateTimer(this);

@@ -93,10 +93,10 @@ class RAIDMONITORING_EXPORT RAIDMonitor {
 
   void tell(void (RAIDMonitorClient::*callback)(RAIDVolume*), RAIDVolume* volume);
 
-  UpdateTimer* _updateTimer;    // owned; the destructor leaves it behind
-  DeviceDiscovery* _discovery;  // owned
+  UpdateTimer* _updateTimer = nullptr;    // owned; the destructor leaves it behind
+  DeviceDiscovery* _discovery = nullptr;  // owned
   std::vector<RAIDMonitorClient*> _clients;
-  bool _monitoring;
+  bool _monitoring = false;
   std::map<std::string, RAIDVolume*> _volumes;  // the announced ones by UUID, one reference each
   std::set<RAIDHost*> _hosts;                   // ordered by address, one reference each
 };

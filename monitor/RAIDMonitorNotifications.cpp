@@ -9,9 +9,10 @@
 namespace RAIDMonitoring {
 
 void RAIDMonitor::tell(void (RAIDMonitorClient::*callback)(RAIDVolume*), RAIDVolume* volume) {
-  for (std::size_t index = 0; index < _clients.size(); ++index) {
-    (_clients[index]->*callback)(volume);
-  }
+  // By number: clients may come and go while they are told.
+  std::size_t index = 0;
+  while (index < _clients.size())
+    (_clients[index++]->*callback)(volume);
 }
 
 // An entry that is there already is overwritten, and what it held keeps its reference: callers

@@ -110,7 +110,7 @@ std::string clipped(const std::string& utf8, int columns, Charset charset) {
     if (used > columns) break;
     rest = next;
   }
-  const std::string kept = utf8.substr(0, utf8.size() - rest.size());
+  std::string kept = utf8.substr(0, utf8.size() - rest.size());
   if (columns < 1) return kept;
   return kept + (charset == Charset::Unicode ? "…" : "~");
 }

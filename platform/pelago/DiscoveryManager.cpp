@@ -1,6 +1,7 @@
 #include "platform/pelago/DiscoveryManager.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/pelago/DiscoveryClient.h"
 
@@ -117,9 +118,10 @@ void DiscoveryManager::hostAppeared(const Host& host) {
 }
 
 void DiscoveryManager::hostDisappeared(const Host& host) {
-  const Host leaving = host;
+  Host leaving = host;
   removeAll(_hosts, leaving);
-  tell([leaving](DiscoveryClient& client) { client.hostDisappeared(leaving); });
+  tell(
+      [leaving = std::move(leaving)](DiscoveryClient& client) { client.hostDisappeared(leaving); });
 }
 
 void DiscoveryManager::hostUpdated(const Host& host) {

@@ -9,7 +9,7 @@ namespace MemoryRegistry {
 
 namespace {
 
-bool before(const Property& property, Symbol key) { return std::less<Symbol>()(property.key, key); }
+bool before(const Property& property, Symbol key) { return std::less<>()(property.key, key); }
 
 template <class Properties>
 auto placeOf(Properties& properties, Symbol key) {
@@ -29,10 +29,10 @@ void readOverride(EntryFacts& facts) {
 std::vector<Property> sorted(Dictionary dictionary) {
   std::vector<Property> properties;
   properties.reserve(dictionary.size());
-  for (auto& [key, value] : dictionary)
-    properties.push_back({intern(key), std::move(value)});
+  for (auto& item : dictionary)
+    properties.push_back({intern(item.first), std::move(item.second)});
   std::stable_sort(properties.begin(), properties.end(), [](const Property& a, const Property& b) {
-    return std::less<Symbol>()(a.key, b.key);
+    return std::less<>()(a.key, b.key);
   });
   // Of a key given twice, the last one holds.
   const auto kept =

@@ -10,7 +10,7 @@
 namespace MemoryRegistry {
 
 struct Property {
-  Symbol key;
+  Symbol key = nullptr;
   PropertyValue value;
 };
 

@@ -95,8 +95,8 @@ class HandleTable {
   };
 
   // No number that is looked for where this one is, whatever the count of slots.
-  static constexpr Handle elsewhere(Handle handle) { return ~handle; }
-  static constexpr Slot freeSlot(std::uint32_t place) {
+  static constexpr Handle elsewhere(Handle handle) noexcept { return ~handle; }
+  static constexpr Slot freeSlot(std::uint32_t place) noexcept {
     return {{nullptr}, 0, elsewhere(place), 1, Slot::Kind::Free, 0};
   }
 

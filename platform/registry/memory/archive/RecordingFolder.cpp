@@ -53,6 +53,7 @@ std::vector<RecordedArchive> listRecording(const std::string& folder) {
     return std::tie(a.time, a.file) < std::tie(b.time, b.file);
   });
   std::vector<std::int64_t> times;
+  times.reserve(archives.size());
   for (const RecordedArchive& archive : archives)
     times.push_back(archive.time);
   checkTimes(folder, times);

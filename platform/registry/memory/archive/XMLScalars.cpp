@@ -34,8 +34,8 @@ constexpr std::uint64_t noBase64 = std::uint64_t{1} << 32U;
 
 constexpr std::array<std::uint64_t, 256> base64Table() {
   std::array<std::uint64_t, 256> table{};
-  for (std::size_t i = 0; i < table.size(); ++i)
-    table[i] = noBase64;
+  for (std::uint64_t& value : table)
+    value = noBase64;
   for (const char c : {' ', '\t', '\n', '\r'})
     table[static_cast<std::uint8_t>(c)] = 0;
   for (std::size_t c = 'A'; c <= 'Z'; ++c)
