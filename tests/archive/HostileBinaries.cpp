@@ -11,14 +11,13 @@ using namespace std::string_literals;
 using MemoryRegistry::containerCost;
 using MemoryRegistry::textCost;
 
-constexpr std::size_t tenMegabytes = 10'000'000;
 constexpr std::size_t referenceSize = 4;
 
 std::string reference(std::size_t number) { return BinaryBuilder::number(number, referenceSize); }
 
 // How many nodes of that cost the limit on memory lets through.
 std::size_t affordable(std::uint64_t cost) {
-  return (MemoryRegistry::memoryLimit(tenMegabytes) - tenMegabytes - 100'000) / cost;
+  return (MemoryRegistry::memoryLimit(hostileSize) - hostileSize - 100'000) / cost;
 }
 
 std::string head(unsigned kind, std::size_t count) {
@@ -36,9 +35,9 @@ std::string archiveOf(const std::vector<std::string>& objects, const std::string
   builder.objects.insert(builder.objects.end(), objects.begin(), objects.end());
   const std::size_t size = builder.build().size();
   // Data that nothing refers to costs the archive nothing.
-  if (size + 100 < tenMegabytes) {
-    builder.objects.push_back(head(0x4, tenMegabytes - size) +
-                              std::string(tenMegabytes - size, '\0'));
+  if (size + 100 < hostileSize) {
+    builder.objects.push_back(head(0x4, hostileSize - size) +
+                              std::string(hostileSize - size, '\0'));
   }
   return builder.build();
 }
@@ -55,7 +54,7 @@ std::string shared(const std::string& object, std::uint64_t cost) {
 // One array with `count` objects of their own.
 std::string own(const std::function<std::string(std::size_t)>& object, std::uint64_t cost,
                 std::size_t size) {
-  const std::size_t count = std::min(affordable(cost), tenMegabytes / (size + 2 * referenceSize));
+  const std::size_t count = std::min(affordable(cost), hostileSize / (size + 2 * referenceSize));
   std::vector<std::string> objects{head(0xA, count)};
   for (std::size_t i = 0; i < count; ++i) {
     objects[0] += reference(6 + i);
@@ -164,13 +163,13 @@ std::vector<HostileArchive> hostileBinaries() {
                     textCost + 400, 206);
        }},
       {"one string",
-       [] { return archiveOf({BinaryBuilder::text(std::string(tenMegabytes, 'x'))}); }},
+       [] { return archiveOf({BinaryBuilder::text(std::string(hostileSize, 'x'))}); }},
       {"one wide string",
        [] {
-         return archiveOf({head(0x6, tenMegabytes / 2) + repeated("\xFF\x21", tenMegabytes / 2)});
+         return archiveOf({head(0x6, hostileSize / 2) + repeated("\xFF\x21", hostileSize / 2)});
        }},
       {"one datum",
-       [] { return archiveOf({head(0x4, tenMegabytes) + std::string(tenMegabytes, 'x')}); }},
+       [] { return archiveOf({head(0x4, hostileSize) + std::string(hostileSize, 'x')}); }},
       {"doubling", doubling},
       {"endless nesting", endless},
       {"deep and wide", deepAndWide},

@@ -8,31 +8,29 @@ namespace {
 
 using MemoryRegistry::memoryLimit;
 
-constexpr std::size_t tenMegabytes = 10'000'000;
-
 std::string filledUp(std::string text) {
-  if (text.size() < tenMegabytes) text.append(tenMegabytes - text.size(), ' ');
+  if (text.size() < hostileSize) text.append(hostileSize - text.size(), ' ');
   return text;
 }
 
-std::size_t fitting(std::size_t elementSize) { return (tenMegabytes - 1000) / elementSize; }
+std::size_t fitting(std::size_t elementSize) { return (hostileSize - 1000) / elementSize; }
 
 // As many as fit the size, but no more than the limit on memory lets through: the most that an
 // archive can ask for.
 std::string filledTo(std::size_t limit, const std::string& element, std::uint64_t cost) {
-  const std::size_t allowed = (memoryLimit(tenMegabytes) - tenMegabytes - 10'000) / cost;
+  const std::size_t allowed = (memoryLimit(hostileSize) - hostileSize - 10'000) / cost;
   const std::size_t count = std::min({limit, fitting(element.size()), allowed});
   return filledUp(archive("<key>k</key><array>" + repeated(element, count) + "</array>"));
 }
 
 std::string filled(const std::string& element, std::uint64_t cost) {
-  return filledTo(tenMegabytes, element, cost);
+  return filledTo(hostileSize, element, cost);
 }
 
 std::string numbered(std::size_t count, const std::function<std::string(std::string)>& element) {
   std::string result;
-  result.reserve(tenMegabytes);
-  for (std::size_t i = 2; i < count + 2 && result.size() < tenMegabytes; ++i)
+  result.reserve(hostileSize);
+  for (std::size_t i = 2; i < count + 2 && result.size() < hostileSize; ++i)
     result += element(std::to_string(i));
   return result;
 }
@@ -52,7 +50,7 @@ std::string grid() {
   constexpr std::size_t side = 300;
   const std::string row = numbered(side, [](const std::string& id) { return entry(id); });
   std::string parents;
-  for (std::size_t i = 0; i * row.size() < tenMegabytes - row.size(); ++i)
+  for (std::size_t i = 0; i * row.size() < hostileSize - row.size(); ++i)
     parents += entry(std::to_string(1000 + i), children(row));
   return filledUp(archive(children(parents)));
 }
@@ -149,7 +147,7 @@ std::vector<HostileArchive> hostileXML() {
       {"as many keys as a dictionary may have", [] { return dictionary(13'000, 1); }},
       {"long keys in a dictionary", [] { return dictionary(600, 10'000); }},
       {"dictionaries of keys that are not looked up",
-       [] { return dictionaries(tenMegabytes, 499); }},
+       [] { return dictionaries(hostileSize, 499); }},
       {"dictionaries of keys that are looked up", [] { return dictionaries(550, 600); }},
       {"entries", [] { return entries(""); }},
       {"entries with names",
