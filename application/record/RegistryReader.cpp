@@ -47,7 +47,7 @@ IDs idsIn(io_iterator_t iterator) {
 // Every entry at every encounter: two walks that meet the same have met the same links.
 IDs walkAll() {
   RegistryHandle iterator;
-  require(IORegistryCreateIterator(kIOMasterPortDefault, kServicePlane,
+  require(IORegistryCreateIterator(RAIDMonitoring::registryPort, kServicePlane,
                                    kIORegistryIterateRecursively,
                                    iterator.receive()) == KERN_SUCCESS &&
           iterator);
@@ -62,8 +62,8 @@ std::set<std::uint64_t> matchedServices() {
   require(everything != nullptr);
   RegistryHandle iterator;
   // Takes the dictionary over.
-  require(IOServiceGetMatchingServices(kIOMasterPortDefault, everything, iterator.receive()) ==
-          KERN_SUCCESS);
+  require(IOServiceGetMatchingServices(RAIDMonitoring::registryPort, everything,
+                                       iterator.receive()) == KERN_SUCCESS);
   const IDs ids = iterator ? idsIn(iterator.get()) : IDs();
   return {ids.begin(), ids.end()};
 }
@@ -109,7 +109,7 @@ class RegistryReader {
   RegistryLook read() {
     const IDs before = walkAll();
     _matched = matchedServices();
-    auto root = RegistryHandle::adopt(IORegistryGetRootEntry(kIOMasterPortDefault));
+    auto root = RegistryHandle::adopt(IORegistryGetRootEntry(RAIDMonitoring::registryPort));
     require(static_cast<bool>(root));
     readBeneath(std::move(root));
     orderParents();
