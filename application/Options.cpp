@@ -33,8 +33,8 @@ CLI::Option* addMillisecondsOption(CLI::App& parser, const char* name,
 void addSourceOptions(CLI::App& parser, RegistryOptions& options) {
   parser
       .add_option("--registry", options.registry,
-                  "An archive (a file that ioreg printed, gzip-compressed or not) or\n"
-                  "a recording (a folder of them) to read")
+                  "An archive (a file from ioreg, gzip or not), or a\n"
+                  "recording (a folder of them), to read")
       ->type_name("PATH");
   addMillisecondsOption(parser, "--until", options.until, "End there: nothing due later happens");
 }
