@@ -1,9 +1,11 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string_view>
 
 #include "application/CommandLine.h"
 #include "application/StandardOutput.h"
+#include "application/check/Severity.h"
 
 namespace Program {
 namespace {
@@ -13,11 +15,19 @@ ExitStatus fail(const char* reason) {
   return Failure;
 }
 
+// Whoever runs a plugin takes 1 for a warning, also when there was no memory to learn what is
+// asked.
+ExitStatus failWithoutMemory(int argc, const char* const* argv, StandardOutput& output) {
+  if (argc < 2 || std::string_view(argv[1]) != "check") return fail("out of memory");
+  output.write("UNKNOWN - out of memory\n");
+  return static_cast<ExitStatus>(pluginStatusOf(Severity::Unknown));
+}
+
 ExitStatus run(int argc, const char* const* argv, StandardOutput& output) {
   try {
     return runCommandLine(argc, argv, output);
   } catch (const std::bad_alloc&) {
-    return fail("out of memory");
+    return failWithoutMemory(argc, argv, output);
   } catch (const std::exception& error) {
     return fail(error.what());
   }
