@@ -65,7 +65,7 @@ class Installed:
 
 def names(relations):
     """The packages' names of "a (>= 1), b:any"."""
-    return [re.match(r"[^\s(:\[]+", relation.strip())[0] for relation in relations.split(",") if relation.strip()]
+    return re.findall(r"(?:^|,)\s*([^\s,(:\[]+)", relations)
 
 
 def copy(paths, root):
@@ -82,15 +82,20 @@ def copy(paths, root):
         sys.exit("the packages' files were not copied")
 
 
+def is_readable(path):
+    return os.path.islink(path) or os.access(path, os.R_OK)
+
+
 def files_of(installed, packages):
-    """Of all packages, without the leading slash. Some are not here: documents that were never unpacked."""
+    """Of all packages, without the leading slash. Some are not to be had: documents that were never
+    unpacked, and, for those who are not root, folders of root's own."""
     found = {}
     for name in packages:
         for record in installed.records(name):
             if record.suffix != ".list":
                 continue
             for path in record.read_text(encoding="utf-8").splitlines():
-                if path != "/." and not LEFT_OUT.match(path) and os.path.lexists(path):
+                if path != "/." and not LEFT_OUT.match(path) and is_readable(path):
                     found[path.lstrip("/")] = True
     return list(found)
 
@@ -126,7 +131,7 @@ def main():
             (root / path.name).symlink_to(os.readlink(path))
     copy(files_of(installed, packages), root)
     write_records(installed, packages, root)
-    for folder in ("dev", "tmp", "var/log", "etc"):
+    for folder in ("dev", "etc", "tmp", "var/cache/ldconfig", "var/log"):
         (root / folder).mkdir(parents=True, exist_ok=True)
     (root / "etc/passwd").write_text("root:x:0:0:root:/root:/bin/sh\n", encoding="ascii")
     (root / "etc/group").write_text("root:x:0:\n", encoding="ascii")
