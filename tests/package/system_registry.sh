@@ -5,9 +5,12 @@
 
 fresh system-registry
 # What a build on the system's registry compiles.
-quietly "$CMAKE" -S "$SOURCES" -B sources -DRAIDMONITORING_REGISTRY=iokit \
+quietly "$CMAKE" -S "$SOURCES" -B sources -G Ninja -DRAIDMONITORING_REGISTRY=iokit \
   -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
 sources=$(grep -oE "\"file\": \"[^\"]+" sources/compile_commands.json | cut -d '"' -f 4)
+for made in $(grep "^$PWD/sources/" <<<"$sources"); do
+  quietly ninja -C sources "${made#"$PWD/sources/"}"
+done
 
 cd "$SOURCES"
 warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast -Wformat=2 -Werror)
@@ -31,8 +34,8 @@ compile() {
 
 # The library for the oldest system and the newest, the program, which asks the
 # system for nothing, for one, and the public headers by themselves.
-mapfile -t library < <(grep -v "^$SOURCES/application/" <<<"$sources")
-mapfile -t program < <(grep "^$SOURCES/application/" <<<"$sources")
+mapfile -t library < <(grep -v /application/ <<<"$sources")
+mapfile -t program < <(grep /application/ <<<"$sources")
 [ "${#library[@]}" -ge 35 ] && [ "${#program[@]}" -ge 25 ] || fail "the sources were not found"
 for header in $(public_headers | grep -v /memory/); do
   alone=$WORK/system-registry/alone-${header//\//-}.cpp
