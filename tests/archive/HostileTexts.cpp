@@ -7,13 +7,11 @@
 
 namespace {
 
-constexpr std::size_t tenMegabytes = 10'000'000;
-
 std::string text(const std::string& properties) {
   return "+-o Root  <class IORegistryEntry, id 0x1, retain 9>\n    {\n" + properties + "    }\n";
 }
 
-std::size_t fitting(std::size_t size) { return (tenMegabytes - 1000) / size; }
+std::size_t fitting(std::size_t size) { return (hostileSize - 1000) / size; }
 
 // The text of a root with one property.
 std::string value(const std::string& begin, const std::string& piece, const std::string& end) {
@@ -41,7 +39,7 @@ std::string lastEntry(std::size_t id) { return entryLine(1, id) + "      {\n    
 
 std::string entries(std::size_t count, const std::string& name) {
   std::string result = text("");
-  result.reserve(tenMegabytes);
+  result.reserve(hostileSize);
   for (std::size_t i = 2; i < count && result.size() < fitting(1); ++i)
     result += entryLine(1, i, name);
   result += lastEntry(count);
@@ -96,7 +94,7 @@ std::string endlessBlanks() {
 // is large.
 std::string numbersAndNoise() {
   std::string digits;
-  for (const char byte : noise(tenMegabytes * 9 / 10))
+  for (const char byte : noise(hostileSize * 9 / 10))
     digits += hexadecimal(0x100U + static_cast<unsigned char>(byte)).substr(3);
   return packed(
       text("      \"k\" = (" + repeated("1,", 2'000'000) + "1)\n      \"l\" = <" + digits + ">\n"));
@@ -124,7 +122,7 @@ std::vector<HostileArchive> hostileTexts() {
       {"ends of a PC's lines within a string",
        [] {
          const std::string lines =
-             text("      \"k\" = \"" + repeated("\n", tenMegabytes / 2 - 500) + "\"\n");
+             text("      \"k\" = \"" + repeated("\n", hostileSize / 2 - 500) + "\"\n");
          std::string result;
          for (const char c : lines)
            result += c == '\n' ? "\r\n" : std::string(1, c);
