@@ -14,10 +14,10 @@ namespace ModelTest {
 namespace {
 
 using namespace RAIDMonitoring;
-using TestSupport::failEachAllocation;
-using TestSupport::liveAllocations;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using TestSupport::failEachAllocation;
+using TestSupport::liveAllocations;
 
 class OutOfMemoryTest : public ModelFixture {
  protected:

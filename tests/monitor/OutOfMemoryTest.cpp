@@ -16,12 +16,12 @@ namespace MonitorTest {
 namespace {
 
 using namespace RAIDMonitoring;
+using testing::ElementsAre;
+using testing::IsEmpty;
 using TestSupport::failEachAllocation;
 using TestSupport::FailingAllocation;
 using TestSupport::liveAllocations;
 using TestSupport::madeAllocations;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // A host that does not ask for memory, once it is there.
 class QuietHost : public RAIDHost {
