@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
 #include <string_view>
 
 namespace Program {
@@ -140,12 +139,13 @@ class Ending {
   explicit Ending(const ProgramLimits& limits)
       : _limits(limits), _next(Time::now() + limits.time) {}
 
-  bool begun() const { return _reason.has_value(); }
-  Outcome reason() const { return *_reason; }
+  bool begun() const { return _begun; }
+  Outcome reason() const { return _reason; }
 
   void pursue(const RunningProgram& program, bool givenUp) {
     const bool late = Time::now() >= _next;
     if (!begun() && (late || givenUp)) {
+      _begun = true;
       _reason = Outcome{givenUp ? Outcome::Kind::GivenUp : Outcome::Kind::TooSlow, 0};
       _next = Time::now() + _limits.grace;
       program.signalGroup(SIGTERM);
@@ -157,7 +157,8 @@ class Ending {
  private:
   const ProgramLimits& _limits;
   Time::time_point _next;
-  std::optional<Outcome> _reason;
+  bool _begun = false;
+  Outcome _reason{Outcome::Kind::TooSlow, 0};  // once it has begun
 };
 
 }  // namespace

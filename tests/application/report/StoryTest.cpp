@@ -69,7 +69,7 @@ Told toldBy(const Story& story) {
     told.events.push_back(jsonOf(watchEventOf(event)));
   for (const Story::LogLine& line : story.log) {
     told.log.push_back(
-        jsonOf({line.time, Program::LogEvent{line.level, line.category, line.text}}));
+        Program::jsonOf({line.time, Program::LogEvent{line.level, line.category, line.text}}));
   }
   return told;
 }
