@@ -1,7 +1,6 @@
 #include "application/Command.h"
 
-#include <cstdio>
-
+#include "application/StandardError.h"
 #include "application/commands/CheckCommand.h"
 #include "application/commands/ListCommand.h"
 #include "application/commands/MetricsCommand.h"
@@ -25,7 +24,8 @@ std::vector<std::unique_ptr<Command>> makeEach() {
 Command::~Command() = default;
 
 ExitStatus Command::refuse(const std::string& reason, StandardOutput&) const {
-  std::fprintf(stderr, "raidmonitor: %s\nTry 'raidmonitor %s --help'.\n", reason.c_str(), name());
+  printError("raidmonitor: " + reason);
+  printError(std::string("Try 'raidmonitor ") + name() + " --help'.");
   return WrongUsage;
 }
 

@@ -2,9 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
 
 #include "application/Command.h"
+#include "application/StandardError.h"
 #include "application/StandardOutput.h"
 #include "application/Version.h"
 #include "application/text/TextCharacters.h"
@@ -64,7 +64,8 @@ ExitStatus explain(const CLI::App& parser, const Commands& commands, const CLI::
   if (!parser.get_subcommands().empty()) {
     return chosenCommand(parser, commands).refuse(reason, output);
   }
-  std::fprintf(stderr, "raidmonitor: %s\nTry 'raidmonitor --help'.\n", reason.c_str());
+  printError("raidmonitor: " + reason);
+  printError("Try 'raidmonitor --help'.");
   return WrongUsage;
 }
 

@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <system_error>
 
 #include "application/progress/Progress.h"
+#include "application/StandardError.h"
 
 namespace Program {
 namespace {
@@ -31,15 +31,14 @@ StandardOutput::StandardOutput() {
     _descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     if (_descriptor == -1) _error = errno;
   }
-  dup2(STDERR_FILENO, STDOUT_FILENO);
-  // A file or pipe would be written in blocks, and the order among the lines lost.
-  std::setvbuf(stdout, nullptr, _IOLBF, 0);
+  divertStandardOutput();
 }
 
 StandardOutput::~StandardOutput() { close(); }
 
 void StandardOutput::write(std::string_view text) {
   Progress::hide();
+  passOnPrinted();
   while (_error == 0 && !text.empty()) {
     const ssize_t written = ::write(_descriptor, text.data(), text.size());
     if (written >= 0) {
@@ -51,6 +50,7 @@ void StandardOutput::write(std::string_view text) {
 }
 
 void StandardOutput::close() {
+  passOnPrinted();
   if (_descriptor != -1 && ::close(_descriptor) != 0 && errno != EINTR && _error == 0) {
     _error = errno;
   }

@@ -6,7 +6,7 @@
 namespace Program {
 
 // Standard output, for this program's own lines alone. Whatever else the process prints there, the
-// library's one line above all, comes out on standard error instead, line by line.
+// library's one line above all, comes out on standard error instead, line by line: StandardError.h.
 //
 // Ownership: main's; there is one, made before anything is printed.
 // Thread:    one thread.

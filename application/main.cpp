@@ -1,9 +1,10 @@
-#include <cstdio>
 #include <exception>
 #include <new>
+#include <string>
 #include <string_view>
 
 #include "application/CommandLine.h"
+#include "application/StandardError.h"
 #include "application/StandardOutput.h"
 #include "application/check/Severity.h"
 
@@ -11,7 +12,7 @@ namespace Program {
 namespace {
 
 ExitStatus fail(const char* reason) {
-  std::fprintf(stderr, "raidmonitor: %s\n", reason);
+  printError(std::string("raidmonitor: ") + reason);
   return Failure;
 }
 

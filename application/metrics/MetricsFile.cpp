@@ -1,8 +1,8 @@
 #include "application/metrics/MetricsFile.h"
 
-#include <cstdio>
 #include <utility>
 
+#include "application/StandardError.h"
 #include "application/files/AtomicFile.h"
 #include "application/metrics/MetricsObserver.h"
 #include "application/text/TextCharacters.h"
@@ -49,7 +49,7 @@ void MetricsFile::report(const std::string& failure) {
   if (failure == _failure) return;
   const std::string line =
       failure.empty() ? printable(_path, Charset::Unicode) + ": is written again" : failure;
-  std::fprintf(stderr, "raidmonitor: %s\n", line.c_str());
+  printError("raidmonitor: " + line);
   _failure = failure;
 }
 

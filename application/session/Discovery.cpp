@@ -1,10 +1,10 @@
 #include "application/session/Discovery.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <vector>
 
+#include "application/StandardError.h"
 #include "application/session/SessionObserver.h"
 #include "platform/pelago/DiscoveryManager.h"
 #include "platform/registry/Registry.h"
@@ -81,7 +81,7 @@ std::optional<UIDs> Discovery::devicesInRegistry() {
 void Discovery::look() {
   const std::optional<UIDs> found = devicesInRegistry();
   if (!found) {
-    std::fputs("raidmonitor: the registry could not be searched for devices\n", stderr);
+    printError("raidmonitor: the registry could not be searched for devices");
     _observer.lookFailed();
     return;
   }

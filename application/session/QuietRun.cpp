@@ -1,8 +1,6 @@
 #include "application/session/QuietRun.h"
 
-#include <cstdio>
-
-#include "application/text/TextCharacters.h"
+#include "application/StandardError.h"
 
 namespace Program {
 namespace {
@@ -39,8 +37,7 @@ QuietRun::QuietRun(const RegistryOptions& options, SessionObserver* observer)
 void QuietRun::Observer::logged(Pelago::Logger::Level level, const std::string& category,
                                 const std::string& text) {
   if (!_log) return;
-  const std::string line = std::string(nameOf(level)) + " [" + category + "] " + text;
-  std::fprintf(stderr, "%s\n", printable(line, Charset::Unicode).c_str());
+  printError(std::string(nameOf(level)) + " [" + category + "] " + text);
 }
 
 }  // namespace Program

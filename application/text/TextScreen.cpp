@@ -20,20 +20,6 @@ std::string environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-// By the variables, and not by the C library's locale: that one may not be installed, and the text
-// is UTF-8 all the same.
-Charset charsetOfLocale() {
-  std::string locale;
-  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    if (locale.empty()) locale = environment(name);
-  }
-  std::string name;
-  for (const char letter : locale) {
-    if (letter != '-') name += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-  }
-  return name.find("utf8") != std::string::npos ? Charset::Unicode : Charset::ASCII;
-}
-
 bool isColourWanted(const StandardOutput& output, ColourChoice choice) {
   if (choice != ColourChoice::Auto) return choice == ColourChoice::Always;
   return output.isTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
@@ -58,6 +44,20 @@ const char* codeOf(Tone tone) {
 }
 
 }  // namespace
+
+// By the variables, and not by the C library's locale: that one may not be installed, and the text
+// is UTF-8 all the same.
+Charset charsetOfLocale() {
+  std::string locale;
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    if (locale.empty()) locale = environment(name);
+  }
+  std::string name;
+  for (const char letter : locale) {
+    if (letter != '-') name += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  }
+  return name.find("utf8") != std::string::npos ? Charset::Unicode : Charset::ASCII;
+}
 
 Tone toneOf(RAIDVolumeState state) {
   switch (state) {

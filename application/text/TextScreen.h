@@ -43,6 +43,9 @@ struct ScreenOptions {
 // --color and --ascii.
 void addScreenOptions(CLI::App& parser, ScreenOptions& options);
 
+// Unicode where the locale's is UTF-8.
+Charset charsetOfLocale();
+
 // Unless the options say otherwise: colour on a terminal, if NO_COLOR allows it; Unicode where the
 // locale is a UTF-8 one.
 Screen screenOf(const StandardOutput& output, const ScreenOptions& options = {});

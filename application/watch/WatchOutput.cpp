@@ -1,7 +1,6 @@
 #include "application/watch/WatchOutput.h"
 
-#include <cstdio>
-
+#include "application/StandardError.h"
 #include "application/StandardOutput.h"
 #include "platform/pelago/Application.h"
 
@@ -29,7 +28,7 @@ void WatchOutput::writeLine(const std::string& line) {
 
 void WatchOutput::complain(const std::string& line) {
   removeStatus();
-  std::fprintf(stderr, "raidmonitor: %s\n", line.c_str());
+  printError("raidmonitor: " + line);
 }
 
 // The cursor goes back to its start: there it stays when the terminal breaks the line anew, and
