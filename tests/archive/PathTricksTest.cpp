@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string reasonAgainst(const fs::path& path) {
+std::string reasonAgainstRecording(const fs::path& path) {
   try {
     Recording::open(path.string());
   } catch (const ArchiveError& error) {
@@ -34,18 +34,18 @@ TEST(PathTricks, ALinkIsReadAsWhatItLeadsTo) {
   const TemporaryFolder folder;
   const std::string file = elsewhere.write("any-name", archive());
   fs::create_symlink(file, folder.path() + "/0.plist");
-  EXPECT_EQ("", reasonAgainst(folder.path()));
-  EXPECT_EQ("", reasonAgainst(folder.path() + "/0.plist"));
+  EXPECT_EQ("", reasonAgainstRecording(folder.path()));
+  EXPECT_EQ("", reasonAgainstRecording(folder.path() + "/0.plist"));
 }
 
 TEST(PathTricks, LinksThatLeadNowhereOrToThemselvesAreRefused) {
   const TemporaryFolder folder;
   fs::create_symlink(folder.path() + "/0.plist", folder.path() + "/0.plist");
-  EXPECT_THAT(reasonAgainst(folder.path()),
+  EXPECT_THAT(reasonAgainstRecording(folder.path()),
               EndsWith("/0.plist: cannot be read: Too many levels of symbolic links"));
   fs::remove(folder.path() + "/0.plist");
   fs::create_symlink(folder.path() + "/none", folder.path() + "/0.plist");
-  EXPECT_THAT(reasonAgainst(folder.path()),
+  EXPECT_THAT(reasonAgainstRecording(folder.path()),
               EndsWith("/0.plist: cannot be read: No such file or directory"));
 }
 
@@ -62,29 +62,31 @@ TEST(PathTricks, NothingOfAFileIsQuotedInTheErrorAboutIt) {
   for (const char* secret : secrets) {
     fs::remove(folder.path() + "/0.plist");
     fs::create_symlink(folder.write("target", secret), folder.path() + "/0.plist");
-    const std::string reason = reasonAgainst(folder.path());
+    const std::string reason = reasonAgainstRecording(folder.path());
     EXPECT_THAT(reason, HasSubstr("/0.plist: is not a "));
     EXPECT_THAT(reason, Not(HasSubstr("secret")));
   }
   const std::string odd = children("<dict><key>secret</key><string>secret</string></dict>");
   folder.write("target", archive(odd));
-  EXPECT_THAT(reasonAgainst(folder.path()), HasSubstr("has no IORegistryEntryID"));
-  EXPECT_THAT(reasonAgainst(folder.path()), Not(HasSubstr("secret")));
+  EXPECT_THAT(reasonAgainstRecording(folder.path()), HasSubstr("has no IORegistryEntryID"));
+  EXPECT_THAT(reasonAgainstRecording(folder.path()), Not(HasSubstr("secret")));
 }
 
 TEST(PathTricks, DevicesAreRefusedUnread) {
   for (const char* device : {"/dev/zero", "/dev/null", "/dev/random"})
-    EXPECT_EQ(std::string(device) + ": is not an ordinary file", reasonAgainst(device));
+    EXPECT_EQ(std::string(device) + ": is not an ordinary file", reasonAgainstRecording(device));
   const TemporaryFolder folder;
   fs::create_symlink("/dev/zero", folder.path() + "/0.plist");
-  EXPECT_EQ(folder.path() + "/0.plist: is not an ordinary file", reasonAgainst(folder.path()));
+  EXPECT_EQ(folder.path() + "/0.plist: is not an ordinary file",
+            reasonAgainstRecording(folder.path()));
 }
 
 TEST(PathTricks, APipeInARecordingIsNotWaitedFor) {
   const TemporaryFolder folder;
   folder.write("0.plist", archive());
   ASSERT_EQ(0, ::mkfifo((folder.path() + "/5.plist").c_str(), 0600));
-  EXPECT_EQ(folder.path() + "/5.plist: is not an ordinary file", reasonAgainst(folder.path()));
+  EXPECT_EQ(folder.path() + "/5.plist: is not an ordinary file",
+            reasonAgainstRecording(folder.path()));
 }
 
 TEST(PathTricks, FoldersInARecordingAreNotEnteredSoThatLoopsDoNoHarm) {

@@ -376,5 +376,21 @@ TEST_F(Discovery, LackOfMemoryInAddClientLeavesNoHalfRegistration) {
   EXPECT_EQ(3, successes);  // the two lists, one after the other, and then neither
 }
 
+TEST_F(Discovery, ADeviceThatNothingIsSaidOfHasNoNumbers) {
+  EXPECT_EQ(0U, Device().id);
+  EXPECT_EQ(0U, Device().type);
+}
+
+TEST_F(Discovery, AClientThatLeavesMakesRoomForTheNext) {
+  Listener listener(story, "a");
+  manager.addClient(&listener);
+  manager.removeClient(&listener);
+  const FailingAllocation failing(0);
+  for (int i = 0; i < 10; ++i) {
+    manager.addClient(&listener);
+    manager.removeClient(&listener);
+  }
+}
+
 }  // namespace
 }  // namespace PelagoTest

@@ -55,6 +55,27 @@ TEST(SteadyClock, AnInterruptEndsTheNextWait) {
   EXPECT_TRUE(clock.waitUntil(clock.now() + 1));
 }
 
+TEST(SteadyClock, AMomentThatIsNowIsNoWaitAndLeavesTheInterruptForTheNext) {
+  SteadyClock clock;
+  clock.interrupt();
+  for (int i = 0; i < 1000; ++i)
+    ASSERT_TRUE(clock.waitUntil(clock.now()));
+  EXPECT_FALSE(clock.waitUntil(clock.now() + 1000000));
+}
+
+// Of many short waits, on however busy a machine, one is shorter than the clock is old.
+TEST(SteadyClock, AWaitIsCountedFromNowAndNotFromTheStart) {
+  SteadyClock clock;
+  ASSERT_TRUE(clock.waitUntil(tinyWait));
+  bool shorter = false;
+  for (int i = 0; i < 100 && !shorter; ++i) {
+    const Milliseconds before = clock.now();
+    ASSERT_TRUE(clock.waitUntil(before + 1));
+    shorter = clock.now() - before < before;
+  }
+  EXPECT_TRUE(shorter);
+}
+
 TEST(SteadyClock, AWaitBeyondWhatTheSystemCanCountEndsByAnInterrupt) {
   SteadyClock clock;
   clock.interrupt();

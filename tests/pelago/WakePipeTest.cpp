@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -38,6 +39,25 @@ TEST(WakePipe, TakenTellsOfAWakeOnce) {
   EXPECT_TRUE(pipe.taken());
   EXPECT_FALSE(pipe.taken());
   EXPECT_FALSE(pipe.sleep(0));
+}
+
+// As by a wake() whose flag was taken before it came to writing.
+TEST(WakePipe, AByteWithoutItsFlagEndsOneSleepAndNoOther) {
+  const std::set<int> before = openDescriptors();
+  WakePipe pipe;
+  int read = -1;
+  for (const int descriptor : openDescriptors()) {
+    if (before.count(descriptor) != 0) continue;
+    const bool writes = (::fcntl(descriptor, F_GETFL) & O_ACCMODE) == O_WRONLY;
+    if (writes) {
+      ASSERT_EQ(1, ::write(descriptor, "", 1));
+    } else {
+      read = descriptor;
+    }
+  }
+  EXPECT_FALSE(pipe.sleep(Clock::Never));
+  pollfd left{read, POLLIN, 0};
+  EXPECT_EQ(0, ::poll(&left, 1, 0)) << "the next sleep would end at once, and the one after it";
 }
 
 TEST(WakePipe, ASleepWithoutAWakeEndsAfterItsSpan) {

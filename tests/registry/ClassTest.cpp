@@ -85,9 +85,10 @@ TEST_F(ClassTest, AGivenInheritanceHoldsBeforeTheTable) {
 }
 
 TEST_F(ClassTest, AnInheritanceEndsInTheClassItself) {
-  EXPECT_THROW(addWith("IOMedia", std::nullopt, {"IORegistryEntry", "IOService"}),
-               std::invalid_argument);
-  EXPECT_THROW(addWith("", std::nullopt), std::invalid_argument);
+  EXPECT_EQ("an inheritance that does not end in the class itself", refusal([&] {
+              addWith("IOMedia", std::nullopt, {"IORegistryEntry", "IOService"});
+            }));
+  EXPECT_EQ("an entry without a class", refusal([&] { addWith("", std::nullopt); }));
   EXPECT_EQ(1U, MemoryRegistry::entryCount());
 }
 

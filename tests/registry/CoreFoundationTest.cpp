@@ -109,6 +109,24 @@ TEST_F(CoreFoundationTest, NumbersAreTheSameKeyByValueAcrossTypesAndBooleansAreN
   EXPECT_EQ("", found(propertyOf(root, "Yes").get()));
 }
 
+TEST_F(CoreFoundationTest, AWholeNumberFindsTheRealOfItsValueAndNoOther) {
+  const auto dictionary = RegistryFixture::dictionary();
+  CFDictionarySetValue(dictionary.get(), real(3.0).get(), CFSTR("three"));
+  CFDictionarySetValue(dictionary.get(), real(0.5).get(), CFSTR("a half"));
+  EXPECT_EQ("three", text(CFDictionaryGetValue(dictionary.get(), cfNumber64(3).get())));
+  EXPECT_EQ("", text(CFDictionaryGetValue(dictionary.get(), cfNumber64(0).get())));
+}
+
+TEST_F(CoreFoundationTest, YesAndNoAreDifferentKeysAlsoWithinOthers) {
+  using MemoryRegistry::Array;
+  MemoryRegistry::setProperty(root, "Yes", Array{true});
+  MemoryRegistry::setProperty(root, "No", Array{false});
+  const auto dictionary = RegistryFixture::dictionary();
+  CFDictionarySetValue(dictionary.get(), propertyOf(root, "Yes").get(), CFSTR("yes"));
+  EXPECT_EQ("yes", text(CFDictionaryGetValue(dictionary.get(), propertyOf(root, "Yes").get())));
+  EXPECT_EQ("", text(CFDictionaryGetValue(dictionary.get(), propertyOf(root, "No").get())));
+}
+
 // ---- Strings
 
 TEST_F(CoreFoundationTest, ConstantStringsAreOneObjectForOneTextAndOffTheAccounts) {

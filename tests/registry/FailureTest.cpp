@@ -278,10 +278,14 @@ TEST_F(FailureTest, ResetForgetsTheOrder) {
 }
 
 TEST_F(FailureTest, WhatCannotFailCannotBeOrdered) {
-  EXPECT_THROW(failCall(Operation::CFRetain, 1, Repeat::Once), std::invalid_argument);
-  EXPECT_THROW(failCall(Operation::IOObjectRelease, 1, Repeat::Once), std::invalid_argument);
-  EXPECT_THROW(failCall(Operation::IOIteratorNext, 0, Repeat::Once), std::invalid_argument);
-  EXPECT_THROW(MemoryRegistry::failAnyCall(0, Repeat::Once), std::invalid_argument);
+  EXPECT_EQ("an operation that can't fail",
+            refusal([] { failCall(Operation::CFRetain, 1, Repeat::Once); }));
+  EXPECT_EQ("an operation that can't fail",
+            refusal([] { failCall(Operation::IOObjectRelease, 1, Repeat::Once); }));
+  EXPECT_EQ("calls are counted from 1",
+            refusal([] { failCall(Operation::IOIteratorNext, 0, Repeat::Once); }));
+  EXPECT_EQ("calls are counted from 1",
+            refusal([] { MemoryRegistry::failAnyCall(0, Repeat::Once); }));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,6 +44,16 @@ class RegistryFixture : public testing::Test {
     const EntryID entry = add(parent, name);
     MemoryRegistry::setLocation(entry, location);
     return entry;
+  }
+
+  // What a change that is not allowed throws says; empty when it is allowed.
+  static std::string refusal(const std::function<void()>& change) {
+    try {
+      change();
+    } catch (const std::invalid_argument& error) {
+      return error.what();
+    }
+    return {};
   }
 
   static Handle handleOf(EntryID entry) { return Handle::adopt(MemoryRegistry::handle(entry)); }
