@@ -59,4 +59,6 @@ TEST(ArchiveFiles, AFileAbove512MiBIsRefusedUnread) {
 TEST(ArchiveFiles, AnErrorIsOneLineWhateverTheFilesName) {
   EXPECT_EQ("a?b?[31m: cannot be read: No such file or directory",
             reasonAgainstFile("a\nb\x1B[31m"));
+  EXPECT_EQ("a?b? ~: cannot be read: No such file or directory", reasonAgainstFile("a\x1F"
+                                                                                   "b\x7F ~"));
 }

@@ -10,7 +10,9 @@ using namespace std::string_literals;
 namespace {
 
 constexpr std::size_t tenMegabytes = 10'000'000;
-const char* const tooDeep = "nested deeper than 1000 levels";
+const char* const tooDeep = ": is nested deeper than 1000 levels";
+const char* const entriesTooDeep = ": entries are nested deeper than 1000 levels";
+const char* const propertyTooDeep = ": has a property nested deeper than 1000 levels";
 const char* const tooRepetitive = "it would take more than 20 times its size in memory";
 
 // An archive with that many entries, each beneath the one before.
@@ -42,17 +44,17 @@ std::string filledArray(const std::string& element) {
 TEST(Limits, EntriesMayBeNestedAThousandDeep) {
   EXPECT_EQ(1000U, parse(chain(1000)).entries.size());
   EXPECT_EQ(1000U, parse(binaryTwin(chain(1000))).entries.size());
-  EXPECT_THAT(reasonAgainst(chain(1001)), HasSubstr(tooDeep));
-  EXPECT_THAT(reasonAgainst(binaryTwin(chain(1001))), HasSubstr(tooDeep));
+  EXPECT_THAT(reasonAgainst(chain(1001)), HasSubstr(entriesTooDeep));
+  EXPECT_THAT(reasonAgainst(binaryTwin(chain(1001))), HasSubstr(entriesTooDeep));
 }
 
 TEST(Limits, SoMayThePropertyOfAnEntryAtAnyDepth) {
   EXPECT_EQ("", reasonAgainst(archive(nestedArrays(1000))));
   EXPECT_EQ("", reasonAgainst(chain(1000, nestedArrays(1000))));
   EXPECT_EQ("", reasonAgainst(binaryTwin(chain(1000, nestedArrays(1000)))));
-  EXPECT_THAT(reasonAgainst(archive(nestedArrays(1001))), HasSubstr(tooDeep));
-  EXPECT_THAT(reasonAgainst(binaryTwin(archive(nestedArrays(1001)))), HasSubstr(tooDeep));
-  EXPECT_THAT(reasonAgainst(chain(1000, nestedArrays(1001))), HasSubstr(tooDeep));
+  EXPECT_THAT(reasonAgainst(archive(nestedArrays(1001))), HasSubstr(propertyTooDeep));
+  EXPECT_THAT(reasonAgainst(binaryTwin(archive(nestedArrays(1001)))), HasSubstr(propertyTooDeep));
+  EXPECT_THAT(reasonAgainst(chain(1000, nestedArrays(1001))), HasSubstr(propertyTooDeep));
 }
 
 TEST(Limits, DepthThatOnlyMergedPrintsReachCounts) {
@@ -69,7 +71,7 @@ TEST(Limits, DepthThatOnlyMergedPrintsReachCounts) {
   };
   EXPECT_EQ("", reasonAgainst(archive(children(tower(2, 701) + tower(701, 1000)))));
   EXPECT_THAT(reasonAgainst(archive(children(tower(2, 701) + tower(701, 1001)))),
-              HasSubstr(tooDeep));
+              HasSubstr(entriesTooDeep));
 }
 
 TEST(Limits, EndlessNestingIsRefused) {

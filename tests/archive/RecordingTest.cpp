@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/registry/memory/archive/RecordingFolder.h"
 #include "tests/archive/Support.h"
 
 using MemoryRegistry::ArchiveError;
@@ -136,6 +137,16 @@ TEST(Recordings, AnArchiveThatTurnsBadAfterOpeningIsRefusedWhenItIsAskedFor) {
 TEST(Recordings, APathThatLeadsNowhereIsRefused) {
   EXPECT_EQ("/no/such: cannot be read: No such file or directory",
             reasonAgainstRecording("/no/such"));
+}
+
+// As when it has gone since it was found to be one.
+TEST(Recordings, AFolderThatCannotBeListedIsNamedWithTheReason) {
+  try {
+    MemoryRegistry::listRecording("/no/such");
+    FAIL();
+  } catch (const ArchiveError& error) {
+    EXPECT_STREQ("/no/such: cannot be read: No such file or directory", error.what());
+  }
 }
 
 TEST(Recordings, TextsInMemoryAreReadByTime) {

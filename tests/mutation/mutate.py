@@ -36,6 +36,7 @@ def arguments():
     parser.add_argument("--resume", action="store_true", help="go on with the run that was interrupted")
     parser.add_argument("--again", action="store_true", help="try the survivors of the last run once more")
     parser.add_argument("--only", metavar="NAME", help="with --again: survivors whose name has this in it")
+    parser.add_argument("--own", action="store_true", help="with --again: the tests of the mutant's folder alone")
     parser.add_argument("--sanitize", action="store_true", help="build the mutants with sanitizers")
     parser.add_argument("--report", action="store_true", help="print the table of the last run, and try none")
     parser.add_argument("--place", default="build/mutation", help="the scratch folder (default build/mutation)")
@@ -148,7 +149,11 @@ def with_result(by_file, record, *results):
 def again(options, by_file, record, trials):
     for mutant in with_result(by_file, record, "survived", "waiting"):
         if not options.only or options.only in mutant.name():
-            record.put(mutant, trials.try_one(mutant, own_tests(mutant.path) + other_tests(mutant.path)))
+            others = [] if options.own else other_tests(mutant.path)
+            outcome = trials.try_one(mutant, own_tests(mutant.path) + others)
+            if options.own and outcome["result"] == "survived":
+                outcome["result"] = "waiting"
+            record.put(mutant, outcome)
 
 
 def folder_of(path):

@@ -129,6 +129,21 @@ TEST_F(CoreFoundationTest, YesAndNoAreDifferentKeysAlsoWithinOthers) {
 
 // ---- Strings
 
+TEST_F(CoreFoundationTest, AStringIsUTF8InItsShortestFormWithoutSurrogates) {
+  for (const char* text :
+       {"\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+        "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
+    EXPECT_TRUE(string(text)) << text;
+  }
+  for (const char* text :
+       {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC2", "\xC2\x7F", "\xC2\xC0", "\xDF",
+        "\xE0\x9F\xBF", "\xE0\xA0", "\xE0\xA0\x7F", "\xED\xA0\x80", "\xED\xBF\xBF", "\xEF\xBF",
+        "\xF0\x8F\xBF\xBF", "\xF0\x90\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+    EXPECT_FALSE(string(text)) << text;
+    EXPECT_FALSE(string("a" + std::string(text) + "z")) << text;
+  }
+}
+
 TEST_F(CoreFoundationTest, ConstantStringsAreOneObjectForOneTextAndOffTheAccounts) {
   const CFStringRef constant = CFSTR("a constant");
   EXPECT_EQ(constant, CFSTR("a constant"));

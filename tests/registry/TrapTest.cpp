@@ -49,6 +49,17 @@ TEST_F(TrapDeathTest, NullWhereAValueIsRequired) {
       {"CFNumberGetValue", "null where a value is required",
        [] { CFNumberGetValue(cfNumber32(1).get(), kCFNumberIntType, nullptr); }},
       {"CFArrayGetCount", "null where a value is required", [] { CFArrayGetCount(nullptr); }},
+      {"CFArrayGetValueAtIndex", "null where a value is required",
+       [] { CFArrayGetValueAtIndex(nullptr, 0); }},
+      {"CFStringGetBytes", "null where a value is required",
+       [] {
+         CFStringGetBytes(nullptr, CFRangeMake(0, 0), kCFStringEncodingUTF8, 0, 0, nullptr, 0,
+                          nullptr);
+       }},
+      {"CFDictionarySetValue", "null where a value is required",
+       [] { CFDictionarySetValue(nullptr, CFSTR("k"), CFSTR("v")); }},
+      {"CFDictionaryGetValue", "null where a value is required",
+       [] { CFDictionaryGetValue(nullptr, CFSTR("k")); }},
       {"CFArrayCreate", "no values",
        [] { CFArrayCreate(kCFAllocatorDefault, nullptr, 1, &kCFTypeArrayCallBacks); }},
       {"CFDictionarySetValue", "null where a value is required",

@@ -51,6 +51,15 @@ TEST_F(WalkChangeTest, NewLevelsAreEnteredUntilTheChangedOneIsAsked) {
   EXPECT_FALSE(isValid(iterator));
 }
 
+TEST_F(WalkChangeTest, AChangeUnderAnOpenLevelIsKnownBeforeTheNextStep) {
+  const auto iterator = walkTo(a1);
+  EXPECT_TRUE(isValid(iterator));
+  add(b, "B2");  // not yet open
+  EXPECT_TRUE(isValid(iterator));
+  add(top, "D");
+  EXPECT_FALSE(isValid(iterator));
+}
+
 TEST_F(WalkChangeTest, AChangeUnderTheOutermostLevelEndsTheWalk) {
   const auto iterator = walkTo(a2);
   terminate(c);
