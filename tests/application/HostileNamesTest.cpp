@@ -80,8 +80,10 @@ std::string withoutOwnCodes(const std::string& text) {
 
 // Nothing that a terminal obeys, in UTF-8 or in 8 bits; nothing that changes what is around it.
 void expectHarmless(const std::string& text, const std::string& what) {
-  for (const unsigned char byte : text)
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
     EXPECT_TRUE(byte == '\n' || (byte >= 0x20 && byte != 0x7F)) << what << ": " << int{byte};
+  }
   const std::regex harmful(
       "\u0085|\u0090|\u009b|\u009c|\u2028|\u2029|\u202e|\u2066|\u200b|\u2060|\ufeff");
   EXPECT_FALSE(std::regex_search(text, harmful)) << what << "\n" << text;
@@ -101,7 +103,8 @@ TEST_F(HostileNames, NeverReachATerminalAsMoreThanText) {
       const Result shown = run({command, "--log", "--registry", registry}, onTerminals());
       EXPECT_EQ(0, shown.status);
       EXPECT_THAT(shown.out, HasSubstr("Projects")) << hostile.name;
-      EXPECT_THAT(shown.err, HasSubstr("library: the Complete Path is IOService:/")) << hostile.name;
+      EXPECT_THAT(shown.err, HasSubstr("library: the Complete Path is IOService:/"))
+          << hostile.name;
       expectHarmless(withoutOwnCodes(shown.out), std::string(command) + ", " + hostile.name);
       expectHarmless(withoutOwnCodes(shown.err),
                      std::string(command) + "'s errors, " + hostile.name);
@@ -117,8 +120,8 @@ TEST_F(HostileNames, NeverReachATerminalOf8BitsAsMoreThanASCII) {
   for (const char* command : {"watch", "list", "slots"}) {
     const Result shown = run({command, "--log", "--registry", registry}, launch);
     EXPECT_THAT(shown.out, HasSubstr("Projects"));
-    for (const unsigned char byte : shown.out + shown.err)
-      EXPECT_LT(int{byte}, 0x80) << command;
+    for (const char c : shown.out + shown.err)
+      EXPECT_LT(int{static_cast<unsigned char>(c)}, 0x80) << command;
   }
 }
 
