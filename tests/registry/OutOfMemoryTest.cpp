@@ -1,13 +1,13 @@
 // Every change of the registry, failing at every one of its allocations: it is made whole or not at
 // all. A program of its own, because it replaces operator new.
 
-#include "tests/model/Allocations.h"
 #include "tests/registry/RegistryFixture.h"
+#include "tests/support/FailingMemory.h"
 
 namespace {
 
 using MemoryRegistry::RegistryContent;
-using ModelTest::failEachAllocation;
+using TestSupport::failEachAllocation;
 
 class RegistryMemoryTest : public RegistryFixture {
  protected:

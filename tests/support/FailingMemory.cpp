@@ -53,23 +53,9 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
-void* operator new(std::size_t size, std::align_val_t alignment) {
-  ++made;
-  const auto unit = static_cast<std::size_t>(alignment);
-  void* memory =
-      mustFail(size) ? nullptr : std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
-  if (memory == nullptr) throw std::bad_alloc();
-  ++live;
-  return memory;
-}
-
 void operator delete(void* memory) noexcept { release(memory); }
 void operator delete(void* memory, std::size_t /*size*/) noexcept { release(memory); }
 void operator delete(void* memory, const std::nothrow_t& /*nothrow*/) noexcept { release(memory); }
-void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept { release(memory); }
-void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept {
-  release(memory);
-}
 
 namespace TestSupport {
 
