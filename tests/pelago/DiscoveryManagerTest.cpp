@@ -385,7 +385,7 @@ TEST_F(Discovery, AClientThatLeavesMakesRoomForTheNext) {
   Listener listener(story, "a");
   manager.addClient(&listener);
   manager.removeClient(&listener);
-  const FailingAllocation failing(0);
+  const TestSupport::FailingAllocation failing(0);
   for (int i = 0; i < 10; ++i) {
     manager.addClient(&listener);
     manager.removeClient(&listener);
