@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <exception>
 #include <new>
 #include <string>
@@ -19,7 +20,10 @@ ExitStatus fail(const char* reason) {
 // Whoever runs a plugin takes 1 for a warning, also when there was no memory to learn what is
 // asked.
 ExitStatus failWithoutMemory(int argc, const char* const* argv, StandardOutput& output) {
-  if (argc < 2 || std::string_view(argv[1]) != "check") return fail("out of memory");
+  if (argc < 2 || std::string_view(argv[1]) != "check") {
+    std::fputs("raidmonitor: out of memory\n", stderr);  // which takes none
+    return Failure;
+  }
   output.write("UNKNOWN - out of memory\n");
   return static_cast<ExitStatus>(pluginStatusOf(Severity::Unknown));
 }
