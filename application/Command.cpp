@@ -2,6 +2,7 @@
 
 #include "application/StandardError.h"
 #include "application/commands/CheckCommand.h"
+#include "application/commands/CompletionsCommand.h"
 #include "application/commands/ListCommand.h"
 #include "application/commands/MetricsCommand.h"
 #include "application/commands/RecordCommand.h"
@@ -31,7 +32,7 @@ ExitStatus Command::refuse(const std::string& reason, StandardOutput&) const {
 
 std::vector<std::unique_ptr<Command>> makeCommands() {
   return makeEach<WatchCommand, ListCommand, SlotsCommand, ReportCommand, RecordCommand,
-                  CheckCommand, MetricsCommand>();
+                  CheckCommand, MetricsCommand, CompletionsCommand>();
 }
 
 }  // namespace Program

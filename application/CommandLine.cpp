@@ -4,9 +4,11 @@
 #include <algorithm>
 
 #include "application/Command.h"
+#include "application/HelpFormatter.h"
 #include "application/StandardError.h"
 #include "application/StandardOutput.h"
 #include "application/Version.h"
+#include "application/configuration/ConfigurationFile.h"
 #include "application/text/TextCharacters.h"
 
 namespace Program {
@@ -30,6 +32,7 @@ void addCommand(CLI::App& parser, Command& command) {
   added.group("Commands");
   added.set_help_flag("--help", "Show this help");
   added.set_version_flag("--version", Version, "Show the version");
+  added.fallthrough();  // --config is the program's, and may stand after the command
   command.addOptions(added);
   added.footer(command.details());
 }
@@ -39,6 +42,10 @@ void configure(CLI::App& parser, const Commands& commands) {
   parser.set_version_flag("--version", Version, "Show the version");
   parser.require_subcommand(1);
   parser.footer(ProgramDetails);
+  const CLI::Option& config =
+      *parser.set_config("--config", "", "Take options from a TOML file")->type_name("FILE");
+  parser.config_formatter(std::make_shared<ConfigurationFile>(parser));
+  parser.formatter(std::make_shared<HelpFormatter>(config));
   parser.get_formatter()->column_width(22);
   parser.get_formatter()->label("SUBCOMMAND", "COMMAND");
   for (const std::unique_ptr<Command>& command : commands)
@@ -46,6 +53,10 @@ void configure(CLI::App& parser, const Commands& commands) {
 }
 
 std::string reasonOf(const CLI::App& parser, const CLI::ParseError& error) {
+  if (dynamic_cast<const CLI::FileError*>(&error) != nullptr) {
+    return "--config: cannot read " + parser.get_config_ptr()->as<std::string>();
+  }
+  if (dynamic_cast<const CLI::ConfigError*>(&error) != nullptr) return error.what();
   if (!parser.get_subcommands().empty()) return error.what();
   const std::vector<std::string> others = parser.remaining();
   const bool missing = others.empty() || others.front().front() == '-';
