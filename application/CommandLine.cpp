@@ -43,7 +43,9 @@ void configure(CLI::App& parser, const Commands& commands) {
   parser.require_subcommand(1);
   parser.footer(ProgramDetails);
   const CLI::Option& config =
-      *parser.set_config("--config", "", "Take options from a TOML file")->type_name("FILE");
+      *parser.set_config("--config", "", "Take options from a TOML file")
+           ->type_name("FILE")
+           ->check([](const std::string& file) { return file.empty() ? "names no file" : ""; });
   parser.config_formatter(std::make_shared<ConfigurationFile>(parser));
   parser.formatter(std::make_shared<HelpFormatter>(config));
   parser.get_formatter()->column_width(22);

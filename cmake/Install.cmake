@@ -56,17 +56,16 @@ install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT devel
   FILES_MATCHING PATTERN "*.md" PATTERN man EXCLUDE)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 
-configure_file(docs/man/RAIDMonitoring.3.in ${PROJECT_BINARY_DIR}/man/RAIDMonitoring.3 @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/man/RAIDMonitoring.3
-  DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+include(cmake/ManualPages.cmake)
 
 if(RAIDMONITORING_APPLICATION)
-  configure_file(docs/man/raidmonitor.1.in ${PROJECT_BINARY_DIR}/man/raidmonitor.1 @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/man/raidmonitor.1
-    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT application)
   install(DIRECTORY application/demo DESTINATION ${CMAKE_INSTALL_DATADIR}/RAIDMonitoring
     COMPONENT application FILES_MATCHING PATTERN "*.plist")
-  # How other people's monitors ask it: see docs/monitoring.md.
-  install(DIRECTORY packaging/nagios packaging/icinga packaging/prometheus
+  # How other people's monitors ask it, and how it is kept running: see docs/monitoring.md and
+  # docs/running.md.
+  install(DIRECTORY packaging/nagios packaging/icinga packaging/prometheus packaging/launchd
     DESTINATION ${CMAKE_INSTALL_DATADIR}/RAIDMonitoring COMPONENT application)
+  install(FILES packaging/raidmonitor.toml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/RAIDMonitoring/examples COMPONENT application)
+  include(cmake/Completions.cmake)
 endif()

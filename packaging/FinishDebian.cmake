@@ -41,6 +41,11 @@ foreach(component library development application)
     move_libraries(${root} ${CPACK_RAIDMONITORING_MOVE_LIBRARIES_TO})
   endif()
 
+  # Debian's zsh keeps the site's own apart.
+  if(IS_DIRECTORY ${root}/share/zsh/site-functions)
+    file(RENAME ${root}/share/zsh/site-functions ${root}/share/zsh/vendor-completions)
+  endif()
+
   # Documents lie under the package's name.
   if(IS_DIRECTORY ${root}/share/doc/RAIDMonitoring)
     file(RENAME ${root}/share/doc/RAIDMonitoring ${root}/share/doc/${package})

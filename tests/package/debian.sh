@@ -19,3 +19,9 @@ for package in ./*.deb; do
 done
 twice=$(cat ./*.files | sort | uniq -d)
 [ -z "$twice" ] || fail "in two packages: $twice"
+
+# Where Debian's own shells look.
+for file in bash-completion/completions/raidmonitor zsh/vendor-completions/_raidmonitor \
+  fish/vendor_completions.d/raidmonitor.fish; do
+  grep -q "/usr/share/$file$" raidmonitor.files || fail "not packaged: $file"
+done

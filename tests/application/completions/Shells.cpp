@@ -74,7 +74,9 @@ std::vector<std::string> offeredBy(Shell shell, const std::vector<std::string>& 
   std::vector<std::string> offered;
   for (const std::string& line : linesOf(result.out))
     offered.push_back(withoutDescription(line));
+  // What a shell finds twice, it shows once.
   std::sort(offered.begin(), offered.end());
+  offered.erase(std::unique(offered.begin(), offered.end()), offered.end());
   return offered;
 }
 
