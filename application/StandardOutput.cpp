@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <system_error>
 
-#include "application/progress/Progress.h"
 #include "application/StandardError.h"
+#include "application/progress/Progress.h"
 
 namespace Program {
 namespace {

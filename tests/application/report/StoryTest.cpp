@@ -66,7 +66,7 @@ Program::WatchEvent watchEventOf(const Story::Event& event) {
 Told toldBy(const Story& story) {
   Told told;
   for (const Story::Event& event : story.events)
-    told.events.push_back(jsonOf(watchEventOf(event)));
+    told.events.push_back(Program::jsonOf(watchEventOf(event)));
   for (const Story::LogLine& line : story.log) {
     told.log.push_back(
         Program::jsonOf({line.time, Program::LogEvent{line.level, line.category, line.text}}));
