@@ -7,9 +7,11 @@ fresh prefix
 
 for wanted in \
   "libRAIDMonitoring.so*" "libPelago.so*" "libRAIDMonitoringRegistry.so*" \
-  raidmonitor raidmonitor.1 raidmonitor-watch.1 _raidmonitor raidmonitor.fish RAIDMonitoring.3 RAIDMonitoring.pc RAIDMonitoringConfig.cmake \
+  raidmonitor raidmonitor.1 raidmonitor-watch.1 _raidmonitor raidmonitor.fish \
+  RAIDMonitoring.3 RAIDMonitoring.pc RAIDMonitoringConfig.cmake \
   RAIDMonitorClient.h RAIDMonitoringExport.h 00000.plist README.md index.md \
-  raidmonitor.cfg raidmonitor.conf raidmonitor.rules.yml raidmonitor.toml org.example.raidmonitor.plist; do
+  raidmonitor.cfg raidmonitor.conf raidmonitor.rules.yml raidmonitor.toml \
+  org.example.raidmonitor.plist; do
   [ -n "$(find . -name "$wanted")" ] || fail "not installed: $wanted"
 done
 
@@ -28,7 +30,7 @@ bin/raidmonitor list --registry "$recording" 2>/dev/null | grep -q Projects ||
 offered=$(XDG_DATA_DIRS=$PREFIX/share bash --norc -c '. /usr/share/bash-completion/bash_completion
   _completion_loader raidmonitor; COMP_WORDS=(raidmonitor wa) COMP_CWORD=1; _raidmonitor; echo "${COMPREPLY[@]}"')
 [ "$offered" = watch ] || fail "bash offers: $offered"
-offered=$(XDG_DATA_DIRS=$PREFIX/share fish -c 'complete -C "raidmonitor wa"')
+offered=$(PATH=$PREFIX/bin:$PATH XDG_DATA_DIRS=$PREFIX/share fish -c 'complete -C "raidmonitor wa"')
 [[ $offered = watch* ]] || fail "fish offers: $offered"
 zsh -fc "fpath=('$PREFIX/share/zsh/site-functions' \$fpath); autoload -Uz compinit; compinit -u -D
   [[ \$_comps[raidmonitor] == _raidmonitor ]]" || fail "zsh does not find the completions"
