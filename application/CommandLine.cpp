@@ -58,8 +58,9 @@ std::string reasonOf(const CLI::App& parser, const CLI::ParseError& error) {
   if (dynamic_cast<const CLI::FileError*>(&error) != nullptr) {
     return "--config: cannot read " + parser.get_config_ptr()->as<std::string>();
   }
-  if (dynamic_cast<const CLI::ConfigError*>(&error) != nullptr) return error.what();
-  if (!parser.get_subcommands().empty()) return error.what();
+  const bool ofConfig = dynamic_cast<const CLI::ConfigError*>(&error) != nullptr ||
+                        dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr;
+  if (ofConfig || !parser.get_subcommands().empty()) return error.what();
   const std::vector<std::string> others = parser.remaining();
   const bool missing = others.empty() || others.front().front() == '-';
   return missing ? "a command is missing" : "'" + others.front() + "' is no command";

@@ -102,6 +102,7 @@ std::string valueRows(const std::string& command, const std::vector<OptionEntry>
 
 std::string optionRow(const std::string& command, const std::vector<OptionEntry>& options) {
   std::vector<std::string> names;
+  names.reserve(options.size());
   for (const OptionEntry& option : options)
     names.push_back(option.name);
   return fmt::format("    '{}') _raidmonitor_words '{}' ;;\n", command, joined(names));

@@ -1,5 +1,6 @@
 #include "application/configuration/ConfigurationFile.h"
 
+#include <fmt/format.h>
 #include <toml++/toml.h>
 
 #include <optional>
@@ -122,9 +123,9 @@ std::vector<CLI::ConfigItem> ConfigurationFile::from_config(std::istream& input)
     const std::string key(name.str());
     const CLI::App* command = commandNamed(_parser, key);
     const toml::table* settings = value.as_table();
-    if (command == nullptr) reading.fail(name.source(), "'" + key + "' is no command");
+    if (command == nullptr) reading.fail(name.source(), fmt::format("'{}' is no command", key));
     if (settings == nullptr) {
-      reading.fail(name.source(), "'" + key + "' has to be a table: [" + key + "]");
+      reading.fail(name.source(), fmt::format("'{0}' has to be a table: [{0}]", key));
     }
     addItems(reading, *command, *settings, read);
   }

@@ -65,6 +65,13 @@ TEST_P(Completion, OffersFilesAndFoldersWhereAPathIsWanted) {
   EXPECT_THAT(namesOf(offered({"--config", begun})), ElementsAre("recorded.plist", "recordings"));
 }
 
+TEST_P(Completion, OffersNamesWithBlanksAndQuotes) {
+  const TemporaryFolder folder;
+  folder.write("it's *one* file", "");
+  EXPECT_THAT(namesOf(offered({"watch", "--registry", folder.file("it")})),
+              ElementsAre("it's *one* file"));
+}
+
 TEST_P(Completion, OffersFoldersAloneToRecordInto) {
   const TemporaryFolder folder;
   folder.write("recorded.plist", "");
@@ -102,6 +109,16 @@ TEST(BashCompletion, OffersValuesBehindAnEqualsSign) {
 
 TEST(FishCompletion, OffersValuesBehindAnEqualsSign) {
   EXPECT_THAT(offeredBy(Shell::Fish, {"list", "--color=al"}), ElementsAre("--color=always"));
+}
+
+TEST(CompletionsCommand, WritesWhatShellsCanSource) {
+  EXPECT_EQ("complete -F _raidmonitor raidmonitor\n",
+            sourcedBy({"bash", "--norc", "-c", ". \"$0\"; complete -p raidmonitor"}, "bash"));
+  EXPECT_EQ(
+      "_raidmonitor\n",
+      sourcedBy({"zsh", "-fc",
+                 "autoload -Uz compinit; compinit -u -D; . \"$0\"; echo $_comps[raidmonitor]"},
+                "zsh"));
 }
 
 TEST(CompletionsCommand, KnowsThreeShells) {

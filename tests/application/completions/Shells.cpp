@@ -80,9 +80,18 @@ std::vector<std::string> offeredBy(Shell shell, const std::vector<std::string>& 
   return offered;
 }
 
+std::string sourcedBy(std::vector<std::string> command, const std::string& shell) {
+  const TemporaryFolder folder;
+  command.push_back(folder.write("script", script(shell)));
+  const Result result = runTool(command);
+  EXPECT_EQ("", result.err);
+  return result.out;
+}
+
 std::vector<std::string> namesOf(const std::vector<std::string>& paths) {
   std::vector<std::string> names;
   for (std::string path : paths) {
+    path.erase(std::remove(path.begin(), path.end(), '\\'), path.end());
     if (path.back() == '/') path.pop_back();
     names.push_back(std::filesystem::path(path).filename().string());
   }

@@ -174,6 +174,7 @@ TEST_F(Configuration, RefusesAFileThatCannotBeRead) {
               result.err);
   }
   EXPECT_EQ(2, run({"watch", "--config"}).status);
+  EXPECT_THAT(run({"--config"}).err, StartsWith("raidmonitor: --config: "));
   EXPECT_EQ(2, run({"watch", "--config", ""}).status);
   const std::string file = _folder.write("it.toml", "");
   EXPECT_EQ(2, run({"watch", "--config", file, "--config", file}).status);
