@@ -9,11 +9,8 @@
 #include "application/text/TextCharacters.h"
 #include "application/text/TextModel.h"
 
-#if defined(__APPLE__)
-#include <crt_externs.h>
-#else
+// Not every system's header declares it. To be had by this name in a program, not in a library.
 extern char** environ;
-#endif
 
 namespace Program {
 namespace {
@@ -25,18 +22,10 @@ constexpr std::size_t MostMembers = 100;
 
 using Variables = std::vector<std::string>;
 
-char** ownEnvironment() {
-#if defined(__APPLE__)
-  return *_NSGetEnviron();
-#else
-  return environ;
-#endif
-}
-
 // Without what a watch above this one may have set.
 Variables inherited() {
   Variables variables;
-  for (char** variable = ownEnvironment(); *variable != nullptr; ++variable) {
+  for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string text = *variable;
     if (text.compare(0, Prefix.size(), Prefix) != 0) variables.push_back(text);
   }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <utility>
+#include <memory>
 
 #include "platform/pelago/Clock.h"
 
@@ -20,8 +20,8 @@ class DueClock : public Pelago::Clock {
   // been interrupted.
   using BeforeWait = std::function<bool()>;
 
-  DueClock(Pelago::Clock& clock, Pelago::Milliseconds end, BeforeWait beforeWait = {})
-      : _clock(clock), _end(end), _beforeWait(std::move(beforeWait)) {}
+  DueClock(Pelago::Clock& clock, Pelago::Milliseconds end, BeforeWait beforeWait = {});
+  ~DueClock() override;
 
   Pelago::Milliseconds now() const override { return _clock.now(); }
   bool waitUntil(Pelago::Milliseconds moment) override;
@@ -30,14 +30,14 @@ class DueClock : public Pelago::Clock {
   Pelago::Milliseconds lastDue() const { return _lastDue; }
 
   // Is told every moment that is waited for; null: nobody is.
-  void showOn(Progress* progress) { _progress = progress; }
+  void showOn(std::unique_ptr<Progress> progress);
 
  private:
   Pelago::Clock& _clock;
   Pelago::Milliseconds _end;
   BeforeWait _beforeWait;
   Pelago::Milliseconds _lastDue = 0;
-  Progress* _progress = nullptr;
+  std::unique_ptr<Progress> _progress;
 };
 
 }  // namespace Program

@@ -39,8 +39,7 @@ Session::~Session() {
 
 void Session::run() {
   if (_source.waits()) return runToTheEnd();
-  Progress progress("Replaying", _end);
-  _clock.showOn(&progress);
+  _clock.showOn(std::make_unique<Progress>("Replaying", _end));
   runToTheEnd();
   _clock.showOn(nullptr);
 }

@@ -1,6 +1,7 @@
 #include "application/text/TextDisks.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "application/text/TextModel.h"
 
@@ -46,10 +47,10 @@ std::string baysOfAll(const std::vector<DiskNews>& disks) {
 }  // namespace
 
 std::string disksText(const std::vector<DiskNews>& disks) {
-  std::vector<DiskNews> rest = disks;
-  const auto odd = std::stable_partition(rest.begin(), rest.end(), isWell);
-  const std::vector<DiskNews> well(rest.begin(), odd);
-  rest.erase(rest.begin(), odd);
+  std::vector<DiskNews> well;
+  std::vector<DiskNews> rest;
+  std::partition_copy(disks.begin(), disks.end(), std::back_inserter(well),
+                      std::back_inserter(rest), isWell);
   if (rest.empty()) return well.empty() ? "no disks" : baysOfAll(well);
   std::stable_partition(rest.begin(), rest.end(), isNew);
 

@@ -15,7 +15,8 @@ build() {
   expect_example ./programs/watch_volumes
 
   # The library's own warnings, definitions and standard are not the outer project's, nor the reverse.
-  grep -A2 '"command".*WatchVolumes.cpp' compile_commands.json >command.txt
+  grep '"command".*watch_volumes.dir' compile_commands.json >command.txt ||
+    fail "nothing is known of how the outer project is compiled"
   if grep -qE -- '-Werror|-Wold-style-cast' command.txt; then fail "warnings leak: $(cat command.txt)"; fi
   grep -q -- '-std=gnu++20' command.txt || fail "the outer project's standard is changed: $(cat command.txt)"
   ctest -N | grep -q 'Total Tests: 1$' || fail "the outer project's tests are not its own: $(ctest -N)"

@@ -67,7 +67,7 @@ for architecture in x86_64 arm64; do
   quietly "$CMAKE" -S "$SOURCES" -B "$architecture" -G Ninja \
     --toolchain "$SOURCES/cmake/toolchains/macos-cross.cmake" \
     -DMACOS_SDK="$SOURCES/tests/package/fake-sdk" -DMACOS_ARCHITECTURE="$architecture"
-  ninja -C "$architecture" -n -v >"$architecture.log"
+  ninja -C "$architecture" -t commands >"$architecture.log"
   for wanted in "-install_name @rpath/libRAIDMonitoring.1.dylib" "cmake/exports/RAIDMonitoring.exp" \
     "-arch $architecture" "-stdlib=libc++" "-mmacosx-version-min=11.0" "-framework IOKit" "-DRAIDMONITORING_REGISTRY_IOKIT"; do
     grep -qF -- "$wanted" "$architecture.log" || fail "the build for $architecture lacks $wanted"
