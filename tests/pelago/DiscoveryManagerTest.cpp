@@ -363,7 +363,7 @@ TEST_F(Discovery, LackOfMemoryInAddClientLeavesNoHalfRegistration) {
     {
       DiscoveryManager mortal;
       try {
-        const TestSupport::FailingAllocation failing(successes);
+        const TestSupport::FailingAllocation failing(static_cast<std::uint64_t>(successes));
         mortal.addClient(&client);
         added = true;
       } catch (const std::bad_alloc&) {
