@@ -21,7 +21,8 @@ std::string value(const std::string& begin, const std::string& piece, const std:
 // As many of the pieces as the limit on memory lets through, at most; the rest is one long string.
 std::string allowed(std::size_t count, const std::string& begin, const std::string& piece,
                     const std::string& end) {
-  const std::string some = "      \"k\" = " + begin + repeated(piece, count) + end + "\n";
+  const std::size_t fewer = count / (10'000'000 / hostileSize);
+  const std::string some = "      \"k\" = " + begin + repeated(piece, fewer) + end + "\n";
   return text(some + "      \"l\" = \"" + std::string(fitting(1) - some.size(), 'x') + "\"\n");
 }
 
