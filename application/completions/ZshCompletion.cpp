@@ -37,7 +37,7 @@ std::string actionFor(const ValueKind& value) {
   return " ";
 }
 
-std::string specification(const OptionEntry& option) {
+std::string argumentLine(const OptionEntry& option) {
   const std::string repeated = option.repeatable ? "*" : "";
   const std::string description = escaped(option.description);
   if (!option.takesValue()) return fmt::format("'{}[{}]'", option.name, description);
@@ -45,10 +45,10 @@ std::string specification(const OptionEntry& option) {
                      actionFor(option.value));
 }
 
-std::string specifications(const std::vector<OptionEntry>& options, const char* indent) {
+std::string argumentLines(const std::vector<OptionEntry>& options, const char* indent) {
   std::string lines;
   for (const OptionEntry& option : options)
-    lines += fmt::format(" \\\n{}{}", indent, specification(option));
+    lines += fmt::format(" \\\n{}{}", indent, argumentLine(option));
   return lines;
 }
 
@@ -61,7 +61,7 @@ std::string describedCommands(const CommandTable& table) {
 
 std::string commandCase(const CommandEntry& command) {
   std::string text = fmt::format("    {})\n      _arguments{}", command.name,
-                                 specifications(command.options, "        "));
+                                 argumentLines(command.options, "        "));
   if (command.argument) {
     text += fmt::format(" \\\n        '1:{}:{}'", command.argument->word,
                         actionFor(command.argument->value));
@@ -103,7 +103,7 @@ else
   compdef _raidmonitor raidmonitor
 fi
 )",
-                     describedCommands(table), specifications(table.options, "    "), cases);
+                     describedCommands(table), argumentLines(table.options, "    "), cases);
 }
 
 }  // namespace Program
