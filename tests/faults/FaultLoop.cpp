@@ -62,7 +62,7 @@ unsigned strideFor(std::uint64_t operations, std::uint64_t faults) {
   if (const char* stride = std::getenv("FAULT_STRIDE")) {
     return std::max(1U, static_cast<unsigned>(std::strtoul(stride, nullptr, 10)));
   }
-  constexpr std::uint64_t affordable = isSanitized ? 1'500'000 : 100'000'000;
+  constexpr std::uint64_t affordable = isSanitized ? 800'000 : 40'000'000;
   return static_cast<unsigned>(1 + operations * faults / affordable);
 }
 

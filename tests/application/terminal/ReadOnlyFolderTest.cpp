@@ -49,7 +49,22 @@ TEST_F(ReadOnlyFolderTest, IsOneInWhichNothingCanBeWritten) {
   EXPECT_NE(0, statusOf(in("touch file")));
 }
 
-TEST_F(ReadOnlyFolderTest, EveryCommandWorksThere) {
+TEST_F(ReadOnlyFolderTest, ChecksMetricsAndReportsComeFromThere) {
+  const std::string program = RAIDMONITOR_PROGRAM;
+  EXPECT_EQ(1, statusOf(in(program + " check --registry recording --until 8000")));
+  EXPECT_EQ(0, statusOf(in(program + " metrics --registry recording")));
+  EXPECT_EQ(0, statusOf(in(program + " report --registry recording --output ../page.html")));
+  EXPECT_EQ(0, statusOf(in(program + " record ../copy --registry recording")));
+}
+
+TEST_F(ReadOnlyFolderTest, NothingIsWrittenIntoIt) {
+  const std::string program = RAIDMONITOR_PROGRAM;
+  EXPECT_EQ(1, statusOf(in(program + " record copy --registry recording")));
+  EXPECT_EQ(1, statusOf(in(program + " report --registry recording --output page.html")));
+  EXPECT_EQ(1, statusOf(in(program + " metrics --registry recording --output metrics.prom")));
+}
+
+TEST_F(ReadOnlyFolderTest, WhatIsShownIsShownThere) {
   for (const char* command : {"watch", "list", "slots"}) {
     EXPECT_EQ(0, statusOf(in(RAIDMONITOR_PROGRAM + (" " + std::string(command)) +
                              " --json --registry recording")))
