@@ -51,7 +51,7 @@ TEST_F(ReadOnlyFolderTest, IsOneInWhichNothingCanBeWritten) {
 
 TEST_F(ReadOnlyFolderTest, ChecksMetricsAndReportsComeFromThere) {
   const std::string program = RAIDMONITOR_PROGRAM;
-  EXPECT_EQ(1, statusOf(in(program + " check --registry recording --until 8000")));
+  EXPECT_EQ(2, statusOf(in(program + " check --registry recording --until 8000")));
   EXPECT_EQ(0, statusOf(in(program + " metrics --registry recording")));
   EXPECT_EQ(0, statusOf(in(program + " report --registry recording --output ../page.html")));
   EXPECT_EQ(0, statusOf(in(program + " record ../copy --registry recording")));
