@@ -318,7 +318,8 @@ Anonymiser::Value Anonymiser::disguisedData(std::string_view key, const Value::b
   }
   StandIns::Address address{};
   if (identity == Identity::Address && bytes.size() == address.size()) {
-    std::copy(bytes.begin(), bytes.end(), address.begin());
+    for (std::size_t i = 0; i < address.size() && i < bytes.size(); ++i)
+      address[i] = static_cast<StandIns::Address::value_type>(bytes[i]);
     address = _standIns.forAddress(address);
     return dataOf({address.begin(), address.end()});
   }
@@ -350,7 +351,8 @@ void Anonymiser::rewriteAddresses(std::string& text) {
   replaceEach(AddressPattern, text, [this](const std::string& digits) {
     const std::string bytes = bytesOfDigits(digits);
     StandIns::Address address{};
-    std::copy(bytes.begin(), bytes.end(), address.begin());
+    for (std::size_t i = 0; i < address.size() && i < bytes.size(); ++i)
+      address[i] = static_cast<StandIns::Address::value_type>(bytes[i]);
     address = _standIns.forAddress(address);
     return digitsOfBytes({address.begin(), address.end()});
   });
