@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 #include "model/RAIDVolume.h"
 #include "platform/pelago/Event.h"
 #include "tests/model/BareHost.h"
@@ -33,6 +35,13 @@ TEST_F(RAIDHostTest, AFreshHostHasInvalidIdentity) {
   EXPECT_EQ(0U, host->vendorID());
   EXPECT_EQ(-1, host->deviceStatus());
   EXPECT_EQ(0, host->bayCount());
+}
+
+TEST_F(RAIDHostTest, TheIdentitysNumbersHaveTheirWidths) {
+  EXPECT_TRUE((std::is_same_v<std::uint64_t, decltype(host->modelID())>));
+  EXPECT_TRUE((std::is_same_v<std::uint64_t, decltype(host->vendorID())>));
+  EXPECT_TRUE((std::is_same_v<std::int32_t, decltype(host->deviceStatus())>));
+  EXPECT_TRUE((std::is_same_v<std::uint8_t, decltype(host->bayCount())>));
 }
 
 TEST_F(RAIDHostTest, AHostWithoutVolumesYieldsAnEmptyVector) {

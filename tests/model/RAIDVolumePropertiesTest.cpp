@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "tests/model/ModelFixture.h"
 
 // What a volume reads from its set's entry.
@@ -133,6 +135,25 @@ TEST_F(RAIDVolumePropertiesTest, TheUUIDIsReplacedByTheEntrysToo) {
   removeProperty(other, "AppleRAID-SetUUID");
   volume->readProperties(handleOn(other).get());
   EXPECT_EQ("", volume->uuid());
+}
+
+TEST_F(RAIDVolumePropertiesTest, AreReadUUIDFirstThenNameStatusAndLevel) {
+  using Properties = std::tuple<std::string, std::string, RAIDVolumeState, RAIDLevel>;
+  const Properties rows[] = {{"", "Archive", VolumeOffline, LevelConcat},
+                             {"OTHER", "", VolumeOffline, LevelConcat},
+                             {"OTHER", "Archive", VolumeOnline, LevelConcat},
+                             {"OTHER", "Archive", VolumeOffline, LevelMirror}};
+  const EntryID other = addSet(bridge(), {"OTHER", {}, "Offline", "Concat", "Archive"});
+  std::uint64_t failing = 0;
+  for (const Properties& expected : rows) {
+    read();
+    MemoryRegistry::failCall(MemoryRegistry::Operation::IORegistryEntryCreateCFProperty, ++failing,
+                             MemoryRegistry::Repeat::Once);
+    volume->readProperties(handleOn(other).get());
+    EXPECT_EQ(expected,
+              Properties(volume->uuid(), volume->name(), volume->state(), volume->level()))
+        << "read " << failing << " fails";
+  }
 }
 
 TEST_F(RAIDVolumePropertiesTest, AreReadWithoutTakingOverTheEntryAndWithoutALine) {

@@ -139,10 +139,12 @@ class RandomGraph : public RegistryFixture {
   }
 
   void change() {
-    switch (*rc::gen::inRange(0, 3)) {
+    switch (*rc::gen::inRange(0, 4)) {
       case 0:
         return addBelow(anyEntry());
       case 1:
+        return link(anyEntry(), anyEntry());
+      case 2:
         return unlinkOne();
       default:
         return terminateOne();

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "platform/pelago/Device.h"
 #include "tests/thunderbolt/DeviceTest.h"
@@ -66,6 +67,24 @@ TEST_F(DeviceIdentity, MissingPropertiesOverwriteTheDefaultsWithTheNeutralAnswer
   EXPECT_EQ(0U, device->vendorID());
   EXPECT_EQ(0, device->deviceStatus());
   EXPECT_EQ(0, device->bayCount());
+}
+
+TEST_F(DeviceIdentity, IsReadModelFirstAndNameBeforeNumber) {
+  using Identity = std::tuple<std::string, std::uint64_t, std::string, std::uint64_t, int>;
+  const Identity rows[] = {{"", 2, "Example Storage", 3, 2},
+                           {"Two Bay", 0, "Example Storage", 3, 0},
+                           {"Two Bay", 2, "", 3, 2},
+                           {"Two Bay", 2, "Example Storage", 0, 0}};
+  two.addSwitch();
+  std::uint64_t failing = 0;
+  for (const Identity& expected : rows) {
+    fail(Operation::IORegistryEntryCreateCFProperty, ++failing);
+    const HeldDevice device(UID);
+    EXPECT_EQ(expected, Identity(device->modelName(), device->modelID(), device->vendorName(),
+                                 device->vendorID(), device->bayCount()))
+        << "read " << failing << " fails";
+    EXPECT_EQ(0, device->deviceStatus()) << "read " << failing << " fails";
+  }
 }
 
 TEST_F(DeviceIdentity, AnUnknownModelLeavesTheBayCountAsItWas) {

@@ -118,6 +118,24 @@ TEST_F(PCIBridge, IsAwaitedWhileThePCIDeviceIsAbsentNegativeOrNoNumber) {
   expectKept(two.bridge(), 2);
 }
 
+TEST_F(PCIBridge, ThePathIsReadFirstThenTheDeviceAndOnlyThenThePathIsFollowed) {
+  setPort("PCI Path", "IOService:/Nowhere");
+  MemoryRegistry::removeProperty(two.upstreamPort(), "PCI Device");
+  const HeldDevice device(UID);
+  EXPECT_THAT(log().take(),
+              ElementsAre(lookingForPort(), lookingForBridge(),
+                          message("ThunderboltDevice::waitForPCIBridge - can't read back the "
+                                  "upstream port's PCI Device property")));
+  EXPECT_EQ(0U, MemoryRegistry::calls(Operation::IORegistryEntryFromPath));
+  setPort("PCI Path", "");
+  pump().turn();
+  EXPECT_THAT(log().lines(),
+              ElementsAre(lookingForBridge(),
+                          message("ThunderboltDevice::waitForPCIBridge - can't read back the "
+                                  "upstream port's PCI Path property")));
+  expectWaitingForBridge(device);
+}
+
 TEST_F(PCIBridge, IsAwaitedWhileThePathLeadsNowhere) {
   setPort("PCI Path", two.bridgePath() + "/later");
   const HeldDevice device(UID);

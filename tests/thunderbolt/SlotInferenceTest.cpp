@@ -148,14 +148,31 @@ class GuessingDevice : public ThunderboltDevice {
 
   int locationOfMember(RAIDMember* member, bool inferSlot) override {
     asked.push_back(member->uuid() + (inferSlot ? " with inference" : " without"));
+    heldWhenAsked = MemoryRegistry::accounts();
     return inferSlot ? ThunderboltDevice::locationOfMember(member, true) : _answer;
   }
 
   std::vector<std::string> asked;
+  MemoryRegistry::Accounts heldWhenAsked;  // the last time
 
  private:
   int _answer;
 };
+
+TEST_F(SlotInference, GivesTheMembersEntryBackBeforeItAsksForTheOther) {
+  auto* device = new GuessingDevice(UID, 1);
+  device->ref();
+  RAIDMember* member = device->raidVolumes().at(0)->members().at(1);
+  start();
+  const auto before = MemoryRegistry::accounts();
+  fail(Operation::IORegistryEntryCreateIterator, 1);  // the entry is found, and not walked from
+  EXPECT_EQ(2, device->locationOfMember(member, true));
+  EXPECT_EQ(2U, device->asked.size());
+  EXPECT_EQ(before.entries, device->heldWhenAsked.entries);
+  EXPECT_EQ(0U, device->heldWhenAsked.iterators);
+  TestSupport::settleVolumes(*device);
+  device->deref();
+}
 
 TEST_F(SlotInference, AsksForTheOtherMemberThroughTheVirtualOperation) {
   struct Row {
