@@ -181,6 +181,20 @@ TEST_F(AppleRAIDMemberPathTest, APortWithNeitherEndsTheSearchWithAnEmptyPath) {
   EXPECT_EQ("", makeMember("M")->registryPath());
 }
 
+TEST_F(AppleRAIDMemberPathTest, TheWalkUpwardsEndsAtThePort) {
+  const EntryID entry = addMember(enclosure().port(2), "M");
+  const auto member = makeMember("M");
+  const auto steps = [&] {
+    const auto before = MemoryRegistry::calls(Operation::IOIteratorNext);
+    failCall(Operation::IORegistryEntryGetPath, 1, Repeat::Once);
+    member->readProperties(handleOn(entry).get());
+    return MemoryRegistry::calls(Operation::IOIteratorNext) - before;
+  };
+  EXPECT_EQ(1U, steps());
+  MemoryRegistry::attach(entry, elsewhere());
+  EXPECT_EQ(1U, steps());
+}
+
 TEST_F(AppleRAIDMemberPathTest, TheWalkUpwardsGivesEveryEntryBack) {
   const auto member = makeDeepMember(enclosure().port(2));
   const auto accounts = MemoryRegistry::accounts();

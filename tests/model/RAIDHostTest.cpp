@@ -144,7 +144,10 @@ TEST_F(RAIDHostTest, RemovingTheLastReferenceEndsTheVolume) {
   bool ended = false;
   auto volume = makeVolume("A");
   auto* member = new StubMember("M");
-  member->onEnd([&](const StubMember&) { ended = true; });
+  member->onEnd([&](const StubMember&) {
+    ended = true;
+    EXPECT_THAT(host->raidVolumes(), IsEmpty()) << "off the list by then";
+  });
   volume->addRAIDMember(member);
   host->addRAIDVolume(volume.get());
   volume.reset();

@@ -93,6 +93,17 @@ TEST_F(RAIDVolumeMembersTest,
   filed->deref();
 }
 
+TEST_F(RAIDVolumeMembersTest, AMemberIsOffTheListWhenItEnds) {
+  std::vector<RAIDMember*> left;
+  auto* member = new StubMember("M");
+  member->onEnd([&](const StubMember&) { left = volume->members(); });
+  const auto other = makeMember("N");
+  volume->addRAIDMember(member);
+  volume->addRAIDMember(other.get());
+  volume->removeRAIDMember(member);
+  EXPECT_THAT(left, ElementsAre(other.get()));
+}
+
 TEST_F(RAIDVolumeMembersTest, AVolumeThatEndsRemovesItsMembersInDescendingOrder) {
   for (const char* uuid : {"B", "A", "D", "C"})
     addTelling(uuid);

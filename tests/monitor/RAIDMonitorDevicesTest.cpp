@@ -177,6 +177,18 @@ TEST_F(HostDepartureTest, WithoutAnotherHolderTheHostEnds) {
   EXPECT_TRUE(ended);
 }
 
+TEST_F(HostDepartureTest, TheHostIsOffTheRecordWhenItEnds) {
+  std::vector<RAIDHost*> hosts{nullptr};
+  scene.monitor().makeHosts([&](const Pelago::Device& device) {
+    auto* host = new ScriptedHost(device.id);
+    host->onEnd([&] { hosts = scene.monitor().raidHosts(); });
+    return host;
+  });
+  scene.monitor().deviceAppeared({5, 4});
+  scene.monitor().deviceDisappeared({5, 4});
+  EXPECT_THAT(hosts, IsEmpty());
+}
+
 TEST_F(HostDepartureTest, HostsAreAskedInTheirOrderUpToTheFirstThatMatches) {
   std::vector<Pelago::Reference<ScriptedHost>> hosts;
   std::vector<RAIDHost*> asked;

@@ -152,6 +152,15 @@ TEST_F(RAIDMonitorNotificationsTest, AVolumeKeptByNobodyElseEndsAfterItsDisparit
   EXPECT_TRUE(ended);
 }
 
+TEST_F(RAIDMonitorNotificationsTest, AVolumeIsOffTheRecordWhenItEnds) {
+  auto* volume = new RAIDVolume(host, "C");
+  bool recorded = true;
+  addMember(volume, "M")->onEnd([&](const StubMember&) { recorded = onRecord("C"); });
+  scene.monitor().notifyRAIDApparition(volume);
+  scene.monitor().notifyRAIDDisparition(volume);
+  EXPECT_FALSE(recorded);
+}
+
 TEST_F(RAIDMonitorNotificationsTest, AClientThatKeepsAVolumeHasItAfterItsDisparition) {
   auto* volume = new RAIDVolume(host, "C");
   Pelago::Reference<RAIDVolume> kept;

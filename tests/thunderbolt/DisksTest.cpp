@@ -94,6 +94,24 @@ TEST_F(Disks, AreLookedForBeneathEveryScheme) {
   expectFoundWithoutSets();
 }
 
+TEST_F(Disks, EndBothWalksAtTheFirstClient) {
+  const EntryID scheme = addUnregistered(two.port(1), "IOGUIDPartitionScheme");
+  addEntry(scheme, "IOMediaBSDClient");
+  const auto stepsOf = [this](EntryID parent) {
+    for (int i = 0; i < 10; ++i)
+      addEntry(parent, "IOMedia");
+    const auto before = MemoryRegistry::calls(Operation::IOIteratorNext);
+    const HeldDevice device(UID);
+    // The search for sets that follows goes everywhere.
+    return MemoryRegistry::calls(Operation::IOIteratorNext) - before -
+           encountersBeneath(two.bridge()).size();
+  };
+  const auto steps = stepsOf(host.tunnel(1));  // behind everything that concerns the device
+  EXPECT_EQ(steps, stepsOf(scheme));
+  EXPECT_EQ(steps, stepsOf(two.port(2)));
+  expectKept(two.bridge(), 6);
+}
+
 TEST_F(Disks, OutsideTheBridgeDoNotCount) {
   const EntryID elsewhere = addEntry(host.tunnel(1), "IOMedia");
   addEntry(addUnregistered(elsewhere, "IOGUIDPartitionScheme"), "IOMediaBSDClient");

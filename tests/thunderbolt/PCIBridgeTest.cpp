@@ -62,6 +62,20 @@ TEST_F(PCIBridge, IsTheFirstOneDepthFirst) {
   expectKept(deep, 2);
 }
 
+TEST_F(PCIBridge, EndsTheWalk) {
+  two.addBridges();
+  HeldDevice device(UID);
+  const auto steps = [&] {
+    const auto before = MemoryRegistry::calls(Operation::IOIteratorNext);
+    device->waitForPCIBridge(MemoryRegistry::handle(two.upstreamPort()));
+    return MemoryRegistry::calls(Operation::IOIteratorNext) - before;
+  };
+  const auto alone = steps();
+  addEntry(behindBridge(two.upstreamBridge()), "IOPCIDevice", "later", "9");
+  EXPECT_EQ(alone, steps());
+  expectKept(two.bridge(), 3 * 2);
+}
+
 TEST_F(PCIBridge, CountsWithAClassDerivedFromAPCIDevice) {
   MemoryRegistry::EntryDescription description;
   description.className = "ExamplePCIDevice";

@@ -58,6 +58,20 @@ TEST_F(TwoBaySlot, IsThatOfTheNearestPort) {
   EXPECT_EQ(2, slotOf(device, "M"));
 }
 
+TEST_F(TwoBaySlot, EndsTheWalkAtThePort) {
+  const HeldDevice device(UID);
+  RAIDMember* member = memberOf(device, memberIn(2));
+  const auto steps = [&] {
+    start();
+    const auto before = MemoryRegistry::calls(Operation::IOIteratorNext);
+    EXPECT_EQ(2, device->locationOfMember(member, false));
+    return MemoryRegistry::calls(Operation::IOIteratorNext) - before;
+  };
+  const auto alone = steps();
+  MemoryRegistry::attach(two.partition(2), host.tunnel(1));  // a second way up
+  EXPECT_EQ(alone, steps());
+}
+
 TEST_F(TwoBaySlot, IsThatOfTheNextPortWhenTheNearestHasNoNumber) {
   MemoryRegistry::setLocation(two.port(1), "3");
   const EntryID inner = addEntry(two.port(1), "AppleAHCIPort", "PMP");
