@@ -76,6 +76,21 @@ TEST_F(ThreeBridgeSlot, StopsAtTheNearestBridgeAboveFour) {
   EXPECT_EQ(-1, slotWithBridges("6", "9", "7"));
 }
 
+TEST_F(ThreeBridgeSlot, EndsTheWalkAtThatBridge) {
+  addSet({1});
+  const HeldDevice device(UID);
+  RAIDMember* member = memberOf(device, memberIn(1));
+  const auto steps = [&] {
+    start();
+    const auto before = MemoryRegistry::calls(Operation::IOIteratorNext);
+    EXPECT_EQ(1, device->locationOfMember(member, false));
+    return MemoryRegistry::calls(Operation::IOIteratorNext) - before;
+  };
+  const auto alone = steps();
+  MemoryRegistry::attach(five.partition(1), host.tunnel(1));  // a second way up
+  EXPECT_EQ(alone, steps());
+}
+
 TEST_F(ThreeBridgeSlot, TheLastBridgeReadDecidesWhenNoneIsAboveFour) {
   leaveOneBridge();
   EXPECT_EQ(-1, slotWithBridges("3", "0", "0"));
