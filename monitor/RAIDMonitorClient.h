@@ -13,8 +13,8 @@ class RAIDVolume;
 // Ownership: the application's; a monitor never deletes its clients. A volume is valid during the
 //            call; a client that keeps it longer takes a reference of its own with ref().
 // Thread:    called on the event thread, synchronously, clients in the order of their registration.
-//            From inside a callback a client must not add or remove clients, delete the monitor, or
-//            make devices depart.
+//            From inside a callback a client must not add or remove clients, delete the monitor or
+//            shut it down, or make devices depart.
 // Failure:   a callback must not throw.
 //
 // A volume that changes its state is reported twice in the same refresh. The host() of a volume

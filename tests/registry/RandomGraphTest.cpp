@@ -15,7 +15,8 @@ using MemoryRegistry::EntryID;
 struct Model {
   std::map<EntryID, EntryIDs> children;
   std::map<EntryID, EntryIDs> parents;
-  std::map<EntryID, int> changes;  // of the children of each
+  std::map<EntryID, int> childChanges;
+  std::map<EntryID, int> parentChanges;
   EntryIDs entries;
 
   bool isAbove(EntryID above, EntryID entry) const {
@@ -49,11 +50,14 @@ void erase(EntryIDs& from, EntryID entry) {
 // A live walk as the model sees it: levels that remember what they were opened with.
 class ModelWalk {
  public:
-  ModelWalk(const Model& model, EntryID start) : _model(model), _pending(start) {}
+  ModelWalk(const Model& model, EntryID start, bool up)
+      : _links(up ? model.parents : model.children),
+        _changes(up ? model.parentChanges : model.childChanges),
+        _pending(start) {}
 
   EntryID next() {
-    if (_pending != 0 && _valid && _model.children.count(_pending) != 0) {
-      _levels.push_back({_pending, _model.children.at(_pending), changesOf(_pending), 0});
+    if (_pending != 0 && _valid && _links.count(_pending) != 0) {
+      _levels.push_back({_pending, _links.at(_pending), changesOf(_pending), 0});
     }
     _pending = 0;
     while (!_levels.empty()) {
@@ -84,15 +88,16 @@ class ModelWalk {
     std::size_t place;
   };
   int changesOf(EntryID entry) const {
-    const auto found = _model.changes.find(entry);
-    return found == _model.changes.end() ? 0 : found->second;
+    const auto found = _changes.find(entry);
+    return found == _changes.end() ? 0 : found->second;
   }
   // Also when a second change has brought back what was there before the first.
   bool isBroken(const Level& level) const {
-    return _model.children.count(level.owner) == 0 || changesOf(level.owner) != level.changes;
+    return _links.count(level.owner) == 0 || changesOf(level.owner) != level.changes;
   }
 
-  const Model& _model;
+  const std::map<EntryID, EntryIDs>& _links;
+  const std::map<EntryID, int>& _changes;
   EntryID _pending;
   bool _valid = true;
   std::set<EntryID> _met;
@@ -119,7 +124,7 @@ class RandomGraph : public RegistryFixture {
     const EntryID added = add(parent, "N" + std::to_string(*rc::gen::inRange(0, 4)));
     model.entries.push_back(added);
     model.children[parent].push_back(added);
-    ++model.changes[parent];
+    ++model.childChanges[parent];
     model.children[added] = {};
     model.parents[added] = {parent};
   }
@@ -134,8 +139,9 @@ class RandomGraph : public RegistryFixture {
     }
     MemoryRegistry::attach(child, parent);
     model.children[parent].push_back(child);
-    ++model.changes[parent];
+    ++model.childChanges[parent];
     model.parents[child].push_back(parent);
+    ++model.parentChanges[child];
   }
 
   void change() {
@@ -157,8 +163,9 @@ class RandomGraph : public RegistryFixture {
     const EntryID parent = *rc::gen::elementOf(model.parents[child]);
     MemoryRegistry::detach(child, parent);
     erase(model.children[parent], child);
-    ++model.changes[parent];
+    ++model.childChanges[parent];
     erase(model.parents[child], parent);
+    ++model.parentChanges[child];
   }
 
   void terminateOne() {
@@ -167,7 +174,7 @@ class RandomGraph : public RegistryFixture {
     MemoryRegistry::terminate(entry);
     for (const EntryID parent : model.parents[entry]) {
       erase(model.children[parent], entry);
-      ++model.changes[parent];
+      ++model.childChanges[parent];
     }
     forget(entry);
   }
@@ -179,6 +186,7 @@ class RandomGraph : public RegistryFixture {
     erase(model.entries, entry);
     for (const EntryID child : children) {
       erase(model.parents[child], entry);
+      ++model.parentChanges[child];
       if (model.parents[child].empty()) forget(child);
     }
   }
@@ -206,8 +214,9 @@ TEST_F(RandomGraph, WalksUnderChangeReturnWhatTheModelReturns) {
   EXPECT_TRUE(rc::check([this] {
     build(*rc::gen::inRange(2, 25));
     const EntryID start = anyEntry();
-    const auto iterator = walkFrom(start, Down);
-    ModelWalk expected(model, start);
+    const bool up = *rc::gen::arbitrary<bool>();
+    const auto iterator = walkFrom(start, up ? Up : Down);
+    ModelWalk expected(model, start, up);
     for (int steps = 0; steps < 60; ++steps) {
       if (*rc::gen::inRange(0, 6) == 0) change();
       const EntryID entry = next(iterator);
@@ -216,7 +225,7 @@ TEST_F(RandomGraph, WalksUnderChangeReturnWhatTheModelReturns) {
     }
     IOIteratorReset(iterator.get());
     const bool alive = model.children.count(start) != 0;
-    RC_ASSERT(rest(iterator) == (alive ? model.walk(start, false) : EntryIDs()));
+    RC_ASSERT(rest(iterator) == (alive ? model.walk(start, up) : EntryIDs()));
   }));
 }
 
