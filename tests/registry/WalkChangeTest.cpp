@@ -178,6 +178,18 @@ TEST_F(WalkChangeTest, UpwardsOnlyTheLinksToParentsCount) {
   EXPECT_FALSE(isValid(iterator));
 }
 
+TEST_F(WalkChangeTest, UpwardsAParentThatIsTerminatedIsAChangeOfThoseThatItLeavesBehind) {
+  attach(a11, c);
+  const auto iterator = walkFrom(a11, Up);
+  EXPECT_EQ(a1, next(iterator));
+  EXPECT_EQ(a, next(iterator));
+  terminate(a1);                                     // A11 lives on beneath C
+  EXPECT_EQ((EntryIDs{top, root}), rest(iterator));  // above A; C is not asked for any more
+  EXPECT_FALSE(isValid(iterator));
+  IOIteratorReset(iterator.get());
+  EXPECT_EQ((EntryIDs{c, top, root}), rest(iterator));
+}
+
 TEST_F(WalkChangeTest, AWalkWhoseStartIsTerminatedIsEmptyAfterReset) {
   const auto iterator = walkFrom(a, Down);
   terminate(a);
@@ -200,7 +212,8 @@ TEST_F(WalkChangeTest, ASnapshotKeepsItsChildrenAndStaysValid) {
 TEST_F(WalkChangeTest, ASnapshotPassesOverWhatWasTerminated) {
   const auto iterator = childrenOf(top);
   terminate(b);
-  add(c, "InTheSlotOfB");
+  for (const char* name : {"InTheSlotOfB1", "InTheSlotOfB"})
+    add(c, name);
   EXPECT_EQ((EntryIDs{a, c}), rest(iterator));
   EXPECT_TRUE(isValid(iterator));
 }
