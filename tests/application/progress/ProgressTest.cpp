@@ -15,6 +15,7 @@
 #include <stdexcept>
 
 #include "tests/application/support/Program.h"
+#include "tests/application/support/TemporaryFolder.h"
 
 namespace ProgramTest {
 namespace {
@@ -212,6 +213,53 @@ TEST(ProgressOfAReplay, IsNotShownWhereTimePasses) {
   program.waitForLines(4);  // beyond the second second
   program.send(SIGTERM);
   EXPECT_THAT(program.finish().err, Not(HasSubstr("Replaying")));
+}
+
+// A recording in which two real machines' registries take turns.
+std::string recordingOfArchives(const TemporaryFolder& folder, int count) {
+  const std::string texts = std::string(RAIDMONITOR_SOURCES) + "/tests/archive/texts/";
+  const std::string machines[] = {texts + "imac15,1-osx10.10.0.ioreg.txt.gz",
+                                  texts + "macbookpro15,2-macos10.15.3.ioreg.txt.gz"};
+  const std::string path = folder.file("recording-of-" + std::to_string(count));
+  std::filesystem::create_directory(path);
+  for (int time = 0; time < count; ++time) {
+    std::filesystem::create_symlink(machines[time % 2],
+                                    path + "/" + std::to_string(time) + ".plist");
+  }
+  return path;
+}
+
+TEST(ProgressOfReading, IsShownOnStandardError) {
+  const TemporaryFolder folder;
+  // More than anybody has time for.
+  RunningProgram program({"list", "--registry", recordingOfArchives(folder, 3000)},
+                         onErrorTerminal());
+  program.waitForError("Reading [");
+  program.send(SIGTERM);
+  const Result result = program.finish();
+  EXPECT_EQ(-SIGTERM, result.status);
+  EXPECT_EQ("", result.out);
+}
+
+// How many archives make it long depends on the machine: twice as many until they do.
+TEST(ProgressOfARecording, IsShownOnStandardErrorAndGoneInTheEnd) {
+  const TemporaryFolder folder;
+  for (int archives = 8;; archives *= 2) {
+    ASSERT_LT(archives, 10000);
+    const std::string written = folder.file("written-of-" + std::to_string(archives));
+    RunningProgram program(
+        {"record", written, "--anonymise", "--registry", recordingOfArchives(folder, archives)},
+        onErrorTerminal());
+    const bool isLong = program.printsError("Recording [");
+    if (isLong) program.send(SIGTERM);
+    const Result result = program.finish();
+    EXPECT_EQ(0, result.status) << result.err;
+    EXPECT_EQ("", result.out);
+    EXPECT_TRUE(std::filesystem::exists(written + "/0.plist"));
+    if (!isLong) continue;
+    EXPECT_THAT(result.err, EndsWith(Erased));
+    return;
+  }
 }
 
 }  // namespace

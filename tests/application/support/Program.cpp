@@ -150,9 +150,14 @@ void RunningProgram::waitForLines(std::size_t count) {
 }
 
 void RunningProgram::waitForError(const std::string& text) {
+  if (!printsError(text)) throw std::runtime_error("the program ended early: " + _result.err);
+}
+
+bool RunningProgram::printsError(const std::string& text) {
   while (_result.err.find(text) == std::string::npos) {
-    if (!readSome()) throw std::runtime_error("the program ended early: " + _result.err);
+    if (!readSome()) return false;
   }
+  return true;
 }
 
 // Its end closes standard error, and nothing else does.

@@ -42,6 +42,8 @@ class RunningProgram {
   void waitForLines(std::size_t count);
   // Waits until that has been printed on standard error.
   void waitForError(const std::string& text);
+  // The same, but false when it has ended without.
+  bool printsError(const std::string& text);
   void send(int signal) const;
   void closeOutput();
   // False when it is still running after so many milliseconds.
