@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/archive/Packing.h"
 #include "tests/archive/Support.h"
 
 using MemoryRegistry::ArchiveError;
@@ -40,6 +41,24 @@ TEST(ArchiveFiles, WhatCannotBeReadIsNamedWithTheReason) {
   EXPECT_EQ(empty + ": is empty", reasonAgainstFile(empty));
   const std::string junk = folder.write("junk.plist", "junk");
   EXPECT_EQ(junk + ": is not a property list, nor a text of ioreg", reasonAgainstFile(junk));
+}
+
+TEST(ArchiveFiles, WhatHoldsOrIsAnotherFormOfAnArchiveIsToldApart) {
+  std::string tar(512, '\0');
+  tar.replace(257, 5, "ustar");
+  const struct {
+    std::string bytes;
+    const char* reason;
+  } rows[] = {
+      {tar, "is a tar archive: unpack it, and name the file of ioreg in it"},
+      {"PK\x03\x04...", "is a zip archive: unpack it, and name the file of ioreg in it"},
+      {std::string("\xFF\xFE+\0-\0o\0", 8), "is a text in UTF-16: convert it to UTF-8"},
+      {std::string("\xFE\xFF\0+\0-\0o", 8), "is a text in UTF-16: convert it to UTF-8"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(std::string("it: ") + row.reason, reasonAgainst(row.bytes));
+    EXPECT_EQ(std::string("it: unpacked: ") + row.reason, reasonAgainst(packed(row.bytes)));
+  }
 }
 
 TEST(ArchiveFiles, APipeIsRefusedWithoutWaitingForAWriter) {

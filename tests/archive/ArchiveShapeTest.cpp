@@ -123,6 +123,8 @@ TEST(ArchiveShape, WhatIsNoArchiveIsRefusedWithItsReason) {
       {"<array/>", "has an array on top: an archive made with ioreg -r has no root"},
       {"<string>x</string>", "has no dictionary on top"},
       {"<dict/>", "the root has no IORegistryEntryID"},
+      {"<dict>" + text("$archiver", "Archiver") + "<key>$objects</key><array/></dict>",
+       "was saved by a registry browser: use what 'ioreg -a -l -w0 -i' prints instead"},
       {"<dict>" + plain + "</dict>", "the root has no IORegistryEntryID"},
       {"<dict>" + plain + text("IORegistryEntryID", "1") + "</dict>",
        "the root has an IORegistryEntryID that is no integer"},

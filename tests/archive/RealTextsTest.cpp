@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "platform/registry/memory/archive/Gzip.h"
 #include "tests/archive/Support.h"
 #include "tests/archive/TextWriter.h"
 
@@ -18,6 +19,11 @@ const std::string imacText = TEXTS "/imac15,1-osx10.10.0.ioreg.txt.gz";
 const std::string imacArchive = RECORDINGS "/imac15,1-osx10.10.0.converted-archive.plist.gz";
 const std::string macMiniArchive = RECORDINGS "/macmini6,2-osx10.8.2.converted-archive-i.plist.gz";
 const std::string macBookText = TEXTS "/macbookpro15,2-macos10.15.3.ioreg.txt.gz";
+
+std::string unpacked(const std::string& packed) {
+  const auto content = MemoryRegistry::unpackGzip(packed, 1U << 30U);
+  return {content.bytes.get(), content.size};
+}
 
 PropertyValue sorted(const PropertyValue& value);
 
@@ -136,6 +142,25 @@ TEST(RealTexts, EveryRecordedRegistryGivesTheSameFromItsText) {
     const RegistryContent archive = comparable(withoutFractions(readArchive(file)));
     EXPECT_TRUE(comparable(parse(writeText(archive, {true, "\n"}))) == archive) << file;
   }
+}
+
+// What becomes of a text on its way to whom reads it.
+TEST(RealTexts, ACopyWithAHeadingAndOtherEndsOfLinesReadsAsTheOriginal) {
+  for (const std::string& file : {imacText, macBookText}) {
+    const std::string original = unpacked(readText(file));
+    std::string copy = "\xEF\xBB\xBF$ ioreg -l -w0\r\n\r\n";
+    for (const char c : original)
+      copy += c == '\n' ? "\r\n" : std::string(1, c);
+    copy += "\r\n   \r\n";
+    EXPECT_TRUE(parse(original) == parse(copy)) << file;
+    EXPECT_TRUE(parse(original) == parse("IOService\n" + original)) << file;
+  }
+}
+
+TEST(RealTexts, ACopyThatIsCutOffIsRefusedWithTheLineThatItEndsIn) {
+  const std::string original = unpacked(readText(imacText));
+  const std::string cut = original.substr(0, original.find("\"IOConsoleUsers\""));
+  EXPECT_EQ("it: line 9: a value that cannot be read", reasonAgainst(cut));
 }
 
 TEST(RealTexts, ALaterSystemsTextReadsAsItIs) {

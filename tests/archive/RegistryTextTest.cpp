@@ -205,7 +205,7 @@ TEST(RegistryText, AValueThatCannotBeReadIsRefusedWithItsLine) {
   for (const char* print :
        {"maybe", "12 apples", "18446744073709551616", "-1", "\"open", "<0>", "<zz>", "<00", "(1",
         "(1]", "{\"a\"}", "{\"a\"=1", "{a=1}", "1\n2", "{\"a\"=1}x", "(\"a)", "Yesterday", "1.5"}) {
-    EXPECT_EQ("it: line 3: a value that can't be read", reasonAgainstValue(print)) << print;
+    EXPECT_EQ("it: line 3: a value that cannot be read", reasonAgainstValue(print)) << print;
   }
 }
 
@@ -240,14 +240,16 @@ TEST(RegistryText, WhatIsNoRegistryTextIsRefusedWithItsLine) {
        "line 4: neither a property nor the end of an entry's properties"},
       {text("") + " +-o a  <class C, id 0x2>\n", "line 4: an entry that is indented too far"},
       {text("") + "    +-o a  <class C, id 0x2>\n", "line 4: an entry that is indented too far"},
-      {text("") + root, "line 4: an entry that is no root: a text made with ioreg -r has none"},
+      {text("") + root,
+       "line 4: a second root: the text of one plane, made without ioreg -r, has one"},
       {"+-o a  <class C, id 0x2" + service + ">\n    {\n    }\n",
        "line 1: an entry that is no root: a text made with ioreg -r has none"},
       {text("") + "  +-o a  <class C, retain count 5>\n", "line 4: an entry without an id"},
-      {text("") + "  +-o a  <class C, id 0x>\n", "line 4: an entry with an id that can't be read"},
-      {text("") + "  +-o a  <class C, id 0x0>\n", "line 4: an entry with an id that can't be read"},
+      {text("") + "  +-o a  <class C, id 0x>\n", "line 4: an entry with an id that cannot be read"},
+      {text("") + "  +-o a  <class C, id 0x0>\n",
+       "line 4: an entry with an id that cannot be read"},
       {text("") + "  +-o a  <class C, id 0x11111111111111111>\n",
-       "line 4: an entry with an id that can't be read"},
+       "line 4: an entry with an id that cannot be read"},
       {text("") + "  +-o a  <class , id 0x2>\n", "line 4: an entry without a class"},
       {text("") + "  +-o a  <class A::B, id 0x2>\n", "line 4: an entry without a class"},
       {text("") + "  +-o a  <class A:, id 0x2>\n", "line 4: an entry without a class"},
@@ -272,6 +274,37 @@ TEST(RegistryText, BlankLinesAndAByteOrderMarkBeforeItAreSkipped) {
   EXPECT_EQ(1U, parse("\xEF\xBB\xBF\n\n" + text(line("k", "1"))).entries.size());
 }
 
-TEST(RegistryText, WhatStandsBeforeItMakesItNoText) {
-  EXPECT_THAT(reasonAgainst("$ ioreg -l -w0\n" + text("")), HasSubstr("is not a property list"));
+TEST(RegistryText, BlankLinesAfterItAreSkipped) {
+  for (const char* blank : {"", "\n", "\n\n\n", "    \n  | \n", "  "})
+    EXPECT_EQ(1U, parse(text(line("k", "1")) + blank).entries.size());
+  EXPECT_EQ(1U, parse("+-o Root  <class C, id 0x1>\r\n    {\r\n    }\r\n\r\n \r\n").entries.size());
+}
+
+TEST(RegistryText, AHeadingBeforeItIsSkipped) {
+  const std::string print = text(line("k", "1")) + child("a", "C, id 0x2" + service);
+  const RegistryContent content = parse(print);
+  for (const char* heading :
+       {"$ ioreg -l -w0\n", "me@mac ~ % ioreg -l -w0\n\n", "ioreg:\n------\n\n",
+        "\xEF\xBB\xBFIOService\n", "\"quoted\"\n", "2026-11-21 12:00\n  | \n",
+        " +-o is what an entry begins with\n", "x\r\n"}) {
+    EXPECT_TRUE(content == parse(heading + print)) << heading;
+  }
+  EXPECT_EQ("it: line 5: a value that cannot be read",
+            reasonAgainst("one\ntwo\n" + text(line("k", "maybe"))));
+}
+
+TEST(RegistryText, AHeadingIsNotLookedThroughForEver) {
+  EXPECT_EQ("", reasonAgainst(repeated("heading\n", 8000) + text("")));
+  EXPECT_EQ("it: is not a property list, nor a text of ioreg",
+            reasonAgainst(repeated("heading\n", 10000) + text("")));
+}
+
+TEST(RegistryText, OneWhoseBeginningIsMissingIsRefused) {
+  const std::string missing = ": the beginning is missing: no root comes before this";
+  const std::string print = text(line("k", "1")) + child("a", "C, id 0x2" + service);
+  EXPECT_EQ("it: line 1" + missing, reasonAgainst(print.substr(root.size())));
+  EXPECT_EQ("it: line 3" + missing,
+            reasonAgainst("heading\n\n" + print.substr(print.find("  +-o"))));
+  EXPECT_EQ("it: line 1" + missing, reasonAgainst("      \"k\" = 1\n    }\n" + print))
+      << "the end of another one before it";
 }

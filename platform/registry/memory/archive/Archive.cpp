@@ -29,6 +29,25 @@ bool looksLikePropertyList(std::string_view bytes) {
   return begin != std::string_view::npos && bytes[begin] == '<';
 }
 
+// What people name instead of the file in it.
+void refuseOtherFormats(std::string_view bytes) {
+  const struct {
+    std::size_t place;
+    std::string_view mark;
+    const char* reason;
+  } formats[] = {
+      {0, "\xFF\xFE", "is a text in UTF-16: convert it to UTF-8"},
+      {0, "\xFE\xFF", "is a text in UTF-16: convert it to UTF-8"},
+      {0, "PK\x03\x04", "is a zip archive: unpack it, and name the file of ioreg in it"},
+      {257, "ustar", "is a tar archive: unpack it, and name the file of ioreg in it"},
+  };
+  for (const auto& format : formats) {
+    if (bytes.size() >= format.place && startsWith(bytes.substr(format.place), format.mark)) {
+      throw Refusal(format.reason);
+    }
+  }
+}
+
 PropertyList parseXML(std::string_view bytes, std::uint64_t memoryLimit) {
   // libplist takes a byte order mark for text.
   if (startsWith(bytes, "\xEF\xBB\xBF")) bytes.remove_prefix(3);
@@ -54,8 +73,11 @@ PropertyList parsePropertyList(std::string_view bytes, std::uint64_t memoryLimit
 
 // `owner` holds the bytes, or nothing when they are somebody else's.
 RegistryContent readPlain(std::string_view bytes, std::uint64_t memoryLimit, FileContent& owner) {
-  if (isRegistryText(bytes)) return readRegistryText(bytes, memoryLimit);
-  if (!looksLikePropertyList(bytes)) throw Refusal("is not a property list, nor a text of ioreg");
+  refuseOtherFormats(bytes);
+  if (!looksLikePropertyList(bytes)) {
+    if (isRegistryText(bytes)) return readRegistryText(bytes, memoryLimit);
+    throw Refusal("is not a property list, nor a text of ioreg");
+  }
   const PropertyList list = parsePropertyList(bytes, memoryLimit);
   // Before the entries are made, so that the file's text and they are never held together.
   owner.bytes.reset();

@@ -50,6 +50,12 @@ class EntryReader {
   std::vector<ArrayElements> _unread;  // the children of each print that is open
 };
 
+// What a browser of registries saves: its own objects, numbered, in a property list.
+bool isObjectArchive(plist_t top) {
+  return plist_dict_get_item(top, "$archiver") != nullptr &&
+         plist_dict_get_item(top, "IORegistryEntryID") == nullptr;
+}
+
 }  // namespace
 
 RegistryContent readEntries(plist_t top) {
@@ -57,6 +63,9 @@ RegistryContent readEntries(plist_t top) {
     throw Refusal("has an array on top: an archive made with ioreg -r has no root");
   }
   if (!PLIST_IS_DICT(top)) throw Refusal("has no dictionary on top");
+  if (isObjectArchive(top)) {
+    throw Refusal("was saved by a registry browser: use what 'ioreg -a -l -w0 -i' prints instead");
+  }
   return EntryReader().read(top);
 }
 

@@ -20,6 +20,7 @@ namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
 constexpr std::string_view entryMark = "+-o ";
+constexpr std::string_view classMark = "  <class ";
 constexpr std::string_view assignment = "\" = ";
 
 // An entry, its links, its node in the table of IDs, and what the registry makes of it. A vector
@@ -36,11 +37,31 @@ std::string_view withoutByteOrderMark(std::string_view bytes) {
   return bytes;
 }
 
+// How far in a text its first entry is looked for.
+constexpr std::size_t longestPreface = 65536;
+
 // The column of the first character that is neither a bar nor a space; npos when there is none.
 std::size_t columnOf(std::string_view line) {
   const auto isIndentation = [](char c) { return c == ' ' || c == '|'; };
   const auto found = std::find_if_not(line.begin(), line.end(), isIndentation);
   return found == line.end() ? npos : static_cast<std::size_t>(found - line.begin());
+}
+
+// Where the line of the first entry begins; npos when there is none. What may stand before it: the
+// command that was typed, a date, a heading.
+std::size_t firstEntryIn(std::string_view text) {
+  const std::string_view beginning = text.substr(0, longestPreface);
+  for (std::size_t at = 0; at < beginning.size();) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    const std::string_view line = text.substr(at, end - at);
+    const std::size_t column = columnOf(line);
+    if (column != npos && startsWith(line.substr(column), entryMark) &&
+        (column == 0 || line.find(classMark) != npos)) {
+      return at;
+    }
+    at = end + 1;
+  }
+  return npos;
 }
 
 class Reader {
@@ -53,6 +74,7 @@ class Reader {
   RegistryContent run() {
     try {
       checkCharacters();
+      skipPreface();
       readEntries();
       checkEnd();
     } catch (const UnreadableText& error) {
@@ -79,6 +101,20 @@ class Reader {
   }
 
   // ---- Entries ----
+
+  // A heading has nothing of an entry: what looks like it belongs to one whose line is missing.
+  void skipPreface() {
+    const std::size_t begin = firstEntryIn(_text);
+    if (begin == npos) throw Refusal("is not a text of ioreg");
+    for (; _lines.begin() < begin; _lines.advance()) {
+      _at = _lines.begin();
+      const std::size_t column = columnOf(_lines.line());
+      const bool isIndented = column != 0 && column != npos;
+      if (isIndented && std::string_view("\"{}").find(_lines.line()[column]) != npos) {
+        throw UnreadableText("the beginning is missing: no root comes before this");
+      }
+    }
+  }
 
   void readEntries() {
     for (skipEmptyLines(); !_lines.atEnd(); skipEmptyLines()) {
@@ -122,10 +158,16 @@ class Reader {
 
   void enter(const TextEntryLine& entry, std::size_t column) {
     const std::size_t depth = column / 2;
+    if (_builder.depth() == 0 && depth != 0) {
+      throw UnreadableText("the beginning is missing: no root comes before this");
+    }
     if (column % 2 != 0 || depth > _builder.depth()) {
       throw UnreadableText("an entry that is indented too far");
     }
-    if (depth == 0 && (_builder.depth() != 0 || entry.state)) {
+    if (depth == 0 && _builder.depth() != 0) {
+      throw UnreadableText("a second root: the text of one plane, made without ioreg -r, has one");
+    }
+    if (depth == 0 && entry.state) {
       throw UnreadableText("an entry that is no root: a text made with ioreg -r has none");
     }
     while (_builder.depth() > depth)
@@ -241,9 +283,7 @@ class Reader {
 }  // namespace
 
 bool isRegistryText(std::string_view bytes) {
-  bytes = withoutByteOrderMark(bytes);
-  const std::size_t begin = bytes.find_first_not_of("\r\n");
-  return begin != npos && startsWith(bytes.substr(begin), entryMark);
+  return firstEntryIn(withoutByteOrderMark(bytes)) != npos;
 }
 
 RegistryContent readRegistryText(std::string_view bytes, std::uint64_t memoryLimit) {

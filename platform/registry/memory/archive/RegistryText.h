@@ -7,7 +7,7 @@
 
 namespace MemoryRegistry {
 
-// True for bytes that begin as a registry's text does: with the line of an entry.
+// True when one of the first lines of these bytes is that of an entry.
 bool isRegistryText(std::string_view bytes);
 
 // The entries of a registry as `ioreg -l -w0` prints it for people, with or without -i:
@@ -18,6 +18,9 @@ bool isRegistryText(std::string_view bytes);
 //       | }
 //       |
 //       +-o iMac15,1  <class IOPlatformExpertDevice, id 0x100000110, registered, matched, ...>
+//
+// Lines before the first entry that have nothing of one are skipped: a heading, a prompt. Nothing
+// may follow the last entry but blank lines.
 //
 // The column of "+-o" gives the depth; the bars mean nothing. Neither names nor strings are
 // escaped: a string goes on until the next property or the end of the entry's properties, wherever

@@ -57,7 +57,7 @@ EntryID readID(std::string_view digits) {
   const char* const end = digits.data() + digits.size();
   const auto [stop, error] = std::from_chars(digits.data(), end, id, 16);
   if (error != std::errc() || stop != end || id == 0) {
-    throw UnreadableText("an entry with an id that can't be read");
+    throw UnreadableText("an entry with an id that cannot be read");
   }
   return id;
 }

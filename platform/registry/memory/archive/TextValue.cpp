@@ -43,7 +43,7 @@ class Reader {
     if (!_text.empty() && _text.back() == '$') {
       throw UnreadableText("a value that is cut off: the text was made without -w0");
     }
-    throw UnreadableText("a value that can't be read");
+    throw UnreadableText("a value that cannot be read");
   }
 
   // ---- What follows ----

@@ -267,10 +267,10 @@ class Check {
     const std::string_view text = tag.isEmpty ? std::string_view() : readText(tag);
     switch (tag.element()) {
       case Element::Integer:
-        if (!isInteger(text)) fail("an integer that can't be read");
+        if (!isInteger(text)) fail("an integer that cannot be read");
         break;
       case Element::Real:
-        if (!isReal(text)) fail("a real number that can't be read");
+        if (!isReal(text)) fail("a real number that cannot be read");
         break;
       case Element::Data:
         if (!isBase64(text)) fail("data that is no base64");
@@ -332,7 +332,7 @@ class Check {
     if (_reference < piece) findReference(piece);
     std::uint64_t count = 0;
     for (; _reference < _at; findReference(_reference + 1)) {
-      if (!isText(tag) || !isReference(referenceName())) fail("a reference that can't be read");
+      if (!isText(tag) || !isReference(referenceName())) fail("a reference that cannot be read");
       ++count;
     }
     return count;
