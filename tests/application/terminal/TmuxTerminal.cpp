@@ -56,7 +56,7 @@ std::string TmuxTerminal::tmux(const std::vector<std::string>& arguments) const 
   for (const std::string& argument : arguments)
     command += " " + quoted(argument);
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "re"), pclose);
-  if (!pipe) throw std::runtime_error("tmux can't be started");
+  if (!pipe) throw std::runtime_error("tmux cannot be started");
   std::string output;
   char buffer[4096];
   while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe.get()))
@@ -78,7 +78,7 @@ void TmuxTerminal::resize(int columns) {
 }
 
 std::vector<std::string> TmuxTerminal::screen() const {
-  std::vector<std::string> lines = linesOf(tmux({"capture-pane", "-p"}));
+  std::vector<std::string> lines = linesOf(tmux({"capture-pane", "-p", "-J"}));
   for (std::string& line : lines)
     line.erase(line.find_last_not_of(' ') + 1);
   while (!lines.empty() && lines.back().empty())

@@ -23,7 +23,8 @@ class TmuxTerminal {
   void press(const std::string& key);
   void resize(int columns);
 
-  // The lines that are visible, without blanks at their ends and empty ones below them.
+  // The lines that are visible, without blanks at their ends and empty ones below them. One that is
+  // wider than the terminal is one line.
   std::vector<std::string> screen() const;
   // With the escape sequences for colours.
   std::string colouredScreen() const;

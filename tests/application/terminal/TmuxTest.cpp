@@ -2,8 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <clocale>
+#include <cstdlib>
+#include <cwchar>
 
 #include "tests/application/support/Program.h"
+#include "tests/application/support/RenamedRecording.h"
 #include "tests/application/terminal/TmuxTerminal.h"
 
 namespace ProgramTest {
@@ -132,11 +136,56 @@ TEST(Tmux, WhatIsPipedHasNeitherColourNorAStatusLine) {
   EXPECT_THAT(screen, Contains(HasSubstr("mirror online")));
 }
 
+// By the C library's opinion, which is not the program's own.
+int columnsOf(const std::string& line) {
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+  std::wstring wide(line.size(), L'\0');
+  const std::size_t count = std::mbstowcs(wide.data(), line.c_str(), wide.size());
+  return count == std::string::npos ? -1 : wcswidth(wide.c_str(), count);
+}
+
+// What the command prints on a screen of 80 columns.
+void expectToFit(TmuxTerminal& terminal, const std::string& command) {
+  terminal.type(quietly(command));
+  auto screen = terminal.waitForText("status=0");
+  ASSERT_LT(3U, screen.size()) << command;
+  screen.erase(screen.begin());  // what was typed
+  for (const std::string& line : screen) {
+    EXPECT_LE(columnsOf(line), 80) << command << "\n" << line;
+    EXPECT_LE(0, columnsOf(line)) << command << "\n" << line;
+  }
+}
+
 TEST(Tmux, ListFitsTheScreen) {
   TmuxTerminal terminal;
   terminal.type(quietly("raidmonitor list"));
   const auto screen = terminal.waitForText("status=0");
   EXPECT_THAT(screen, Contains(StartsWith("  VOLUME               LEVEL   STATE        BAY DISK")));
+  for (const char* name :
+       {"five-bay-five-disks", "five-bay-bridges", "odd-members", "cross-device-marks",
+        "two-bay-both-missing", "spanning-set-leaves-through-the-other"}) {
+    expectToFit(terminal, "raidmonitor list --registry " + recording(name));
+    expectToFit(terminal, "raidmonitor slots --registry " + recording(name));
+  }
+}
+
+TEST(Tmux, ListFitsTheScreenWhateverTheNames) {
+  std::string wide;
+  std::string lengthy;
+  std::string combined;
+  for (int i = 0; i < 100; ++i) {
+    wide += "\u5199\u771f";
+    lengthy += "a name and ";
+    combined += "e\u0301\u0308";
+  }
+  TmuxTerminal terminal;
+  for (const std::string& name :
+       {wide, lengthy, combined, std::string(500, 'W'), std::string("\u202eevil\u2028")}) {
+    const TemporaryFolder folder;
+    const std::string registry = degradedVolumeNamed(folder, name);
+    for (const char* form : {"list", "list --ascii", "slots", "slots --ascii"})
+      expectToFit(terminal, std::string("raidmonitor ") + form + " --registry " + registry);
+  }
 }
 
 }  // namespace
