@@ -228,6 +228,9 @@ class Printing(Page):
             self.assertIn(expected, text)
         self.assertNotIn("Previous event", text)
 
+    def test_prints_each_bay_with_its_state_on_one_line(self):
+        self.assertRegex(self.text_of_print(), "Bay 1 +✓ online +Bay 2 +✓ online +Bay 3")
+
     def test_prints_dark_on_light_whatever_the_screen_prefers(self):
         self.browser.prefer("dark")
         self.browser.post("/goog/cdp/execute", cmd="Emulation.setEmulatedMedia", params={
