@@ -9,7 +9,15 @@
 
 namespace Program {
 
-const char* SlotsCommand::details() const { return EndStateDetails; }
+const char* SlotsCommand::details() const {
+  static const std::string text =
+      std::string(
+          "A bay marked '!' has a disk that has failed, is offline or absent; a line below\n"
+          "names it. In one marked '*' no disk of a volume is seen: which sat there follows\n"
+          "from the other disk's bay.\n") +
+      EndStateDetails;
+  return text.c_str();
+}
 
 void SlotsCommand::addOptions(CLI::App& parser) {
   addRegistryOptions(parser, _registry, LogOnStandardError);

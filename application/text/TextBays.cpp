@@ -50,11 +50,17 @@ void place(Bays& bays, const PlacedMember& placed) {
   bays.anyInferred = bays.anyInferred || placed.inferred();
 }
 
+// What the lines below the boxes explain.
+std::string marksOf(const PlacedMember& placed) {
+  const std::string marks =
+      std::string(placed.inTrouble() ? "!" : "") + (placed.inferred() ? "*" : "");
+  return marks.empty() ? marks : " " + marks;
+}
+
 Box memberBox(const Bay& bay) {
   const VolumeSnapshot& volume = *bay.member->volume;
   const MemberSnapshot& member = *bay.member->member;
-  const char* mark = bay.member->inferred() ? " *" : "";
-  Box box = {{fmt::format("Bay {}{}", bay.number, mark), 0, Tone::Strong},
+  Box box = {{fmt::format("Bay {}{}", bay.number, marksOf(*bay.member)), 0, Tone::Strong},
              {"disk " + wordsFor(member.state), 0, toneOf(member.state)},
              {shortened(member.uuid), 0, Tone::Quiet},
              {""},
@@ -108,6 +114,8 @@ std::string rowOfBoxes(const Screen& screen, const std::vector<Box>& boxes) {
 }
 
 }  // namespace
+
+bool PlacedMember::inTrouble() const { return toneOf(member->state) == Tone::Bad; }
 
 Bays baysOf(const EnclosureSlots& enclosure) {
   Bays bays;

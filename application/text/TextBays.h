@@ -15,6 +15,7 @@ struct PlacedMember {
   MemberLocation location;
 
   bool inferred() const { return location.slot != location.inferred; }
+  bool inTrouble() const;  // failed, offline or absent
 };
 
 struct Bay {

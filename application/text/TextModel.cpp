@@ -72,7 +72,7 @@ std::vector<const MemberSnapshot*> membersByBay(const VolumeSnapshot& volume) {
 }
 
 const char* absenceOf(const DeviceSnapshot& device) {
-  return device.bridge.empty() ? "Coming up: its disks can't be seen yet." : "No RAID volumes.";
+  return device.bridge.empty() ? "Coming up: its disks cannot be seen yet." : "No RAID volumes.";
 }
 
 }  // namespace Program

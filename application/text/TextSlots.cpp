@@ -12,11 +12,11 @@ std::string indented(const Screen& screen, const std::string& text, Tone tone) {
   return lineOf(screen, {{" "}, {text, 0, tone}}) + "\n";
 }
 
-std::string unplacedLine(const Screen& screen, const PlacedMember& placed) {
+std::string memberLine(const Screen& screen, const PlacedMember& placed, const char* indentation) {
   const int slot = placed.location.inferred;
   const std::string where = slot < 1 ? "Bay not known" : fmt::format("Bay {}", slot);
   return lineOf(screen,
-                {{" "},
+                {{indentation},
                  {where + ":"},
                  {"disk " + wordsFor(placed.member->state), 0, toneOf(placed.member->state)},
                  {shortened(placed.member->uuid), 0, Tone::Quiet},
@@ -34,12 +34,15 @@ std::string enclosurePicture(const Screen& screen, const EnclosureSlots& enclosu
   }
   const Bays bays = baysOf(enclosure);
   text += picture(screen, bays);
+  for (const Bay& bay : bays.bays) {
+    if (bay.member && bay.member->inTrouble()) text += memberLine(screen, *bay.member, "  !");
+  }
   if (bays.anyInferred) {
-    text += indented(screen, "* the disk can't be seen; its bay follows from the other disk's",
+    text += indented(screen, "* the disk cannot be seen; its bay follows from the other disk's",
                      Tone::Quiet);
   }
   for (const PlacedMember& placed : bays.unplaced)
-    text += unplacedLine(screen, placed);
+    text += memberLine(screen, placed, " ");
   if (enclosure.volumes.empty()) {
     text += indented(screen, absenceOf(enclosure.device), Tone::Quiet);
   }

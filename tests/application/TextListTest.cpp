@@ -26,7 +26,7 @@ TEST(TextList, TellsAnEnclosureThatIsComingUpFromOneWithoutVolumes) {
   empty.device.bridge.clear();
   EXPECT_EQ(
       "Example Storage Two Bay, 2 bays, 0x0000000000000007\n"
-      "  Coming up: its disks can't be seen yet.\n",
+      "  Coming up: its disks cannot be seen yet.\n",
       listText(Screen{}, {empty}));
 }
 

@@ -41,6 +41,23 @@ TEST(TextSlots, MarkAMemberThatWasPlacedByInference) {
   expectGolden("slots-inferred.txt", slotsText(plain, {inferred({1})}));
 }
 
+TEST(TextSlots, NameTheDisksInTroubleBelowTheBays) {
+  EnclosureSlots enclosure = inferred({1});
+  enclosure.locations = {{1, 1}, {2, 2}};
+  for (const auto& [state, word] : std::map<MemberState, std::string>{
+           {MemberFailed, "failed"}, {MemberOffline, "offline"}, {MemberNotFound, "absent"}}) {
+    enclosure.volumes[0].members[1].state = state;
+    const std::string text = slotsText(plain, {enclosure});
+    EXPECT_THAT(text, HasSubstr("│ Bay 1        │ Bay 2 !      │\n"));
+    EXPECT_THAT(text, HasSubstr("┘\n  ! Bay 2: disk " + word +
+                                " 22222222 of Projects (mirror degraded)\n"));
+  }
+  for (const MemberState state : {MemberOnline, MemberStandby, MemberUnknown}) {
+    enclosure.volumes[0].members[1].state = state;
+    EXPECT_THAT(slotsText(plain, {enclosure}), Not(HasSubstr("!")));
+  }
+}
+
 TEST(TextSlots, ShowAnotherDiskInTheBayOfTheOneThatIsAbsent) {
   EXPECT_THAT(slotsText(plain, {inferred({1})}), Not(HasSubstr("+ other disk")));
   expectGolden("slots-other-disk.txt", slotsText(plain, {inferred({1, 2})}));
@@ -86,7 +103,7 @@ TEST(TextSlots, DrawNoBaysForAnEnclosureThatIsComingUp) {
   enclosure.device.bridge.clear();
   EXPECT_EQ(
       "Example Storage Two Bay, 2 bays, 0x0000000000000007\n"
-      "  Coming up: its disks can't be seen yet.\n",
+      "  Coming up: its disks cannot be seen yet.\n",
       slotsText(plain, {enclosure}));
 }
 
@@ -97,7 +114,7 @@ TEST(TextSlots, ShowHostileAndLongNamesWithinTheirBoxes) {
     for (const Charset charset : {Charset::ASCII, Charset::Unicode}) {
       const std::vector<std::string> lines =
           linesOf(slotsText(Screen{charset, false, 80}, {enclosure}));
-      ASSERT_EQ(11U, lines.size());
+      ASSERT_EQ(12U, lines.size());
       for (std::size_t line = 1; line < 10; ++line) {
         EXPECT_EQ(33, Program::columnsOf(lines[line])) << lines[line];
         EXPECT_TRUE(isHarmless(lines[line])) << lines[line];
