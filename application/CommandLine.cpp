@@ -5,6 +5,7 @@
 
 #include "application/Command.h"
 #include "application/HelpFormatter.h"
+#include "application/Options.h"
 #include "application/StandardError.h"
 #include "application/StandardOutput.h"
 #include "application/Version.h"
@@ -16,12 +17,16 @@ namespace {
 
 constexpr const char* Description =
     "Watches software RAID sets in Thunderbolt enclosures: which volumes there are,\n"
-    "how they are, and in which bay each of their disks sits.";
+    "how they are, and in which bay each of their disks sits.\n";
 
 constexpr const char* ProgramDetails =
-    "Exit status: 0 done; 1 a registry can't be read or the output can't be\n"
-    "written; 2 wrong usage. Colour is used on a terminal only, and not when NO_COLOR\n"
-    "is set. 'raidmonitor COMMAND --help' tells more.";
+    "It looks at this Mac, or at what --registry names: something recorded. Elsewhere\n"
+    "it shows a built-in demonstration. Begin with 'raidmonitor slots', which shows\n"
+    "the disks by their bays, and 'raidmonitor watch'; 'raidmonitor COMMAND --help'\n"
+    "tells more.\n"
+    "Exit status: 0 done; 1 a registry cannot be read or the output cannot be\n"
+    "written; 2 wrong usage. 'check' has a plugin's own. Colour is used on a terminal\n"
+    "only, and not when NO_COLOR is set.";
 
 constexpr const char* Version = "raidmonitor " RAIDMONITOR_VERSION;
 
@@ -42,10 +47,9 @@ void configure(CLI::App& parser, const Commands& commands) {
   parser.set_version_flag("--version", Version, "Show the version");
   parser.require_subcommand(1);
   parser.footer(ProgramDetails);
-  const CLI::Option& config =
-      *parser.set_config("--config", "", "Take options from a TOML file")
-           ->type_name("FILE")
-           ->check([](const std::string& file) { return file.empty() ? "names no file" : ""; });
+  const CLI::Option& config = *parser.set_config("--config", "", "Take options from a TOML file")
+                                   ->type_name("FILE")
+                                   ->check(reasonAgainstEmptyName);
   parser.config_formatter(std::make_shared<ConfigurationFile>(parser));
   parser.formatter(std::make_shared<HelpFormatter>(config));
   parser.get_formatter()->column_width(22);

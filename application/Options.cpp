@@ -30,11 +30,16 @@ CLI::Option* addMillisecondsOption(CLI::App& parser, const char* name,
   return parser.add_option_function<std::string>(name, parse, description)->type_name("MS");
 }
 
+std::string reasonAgainstEmptyName(const std::string& name) {
+  return name.empty() ? "the name is empty" : "";
+}
+
 void addSourceOptions(CLI::App& parser, RegistryOptions& options) {
   parser
       .add_option("--registry", options.registry,
                   "An archive (a file from ioreg, gzip or not), or a\n"
-                  "recording (a folder of them), to read")
+                  "recording (a folder of them), to read. Without\n"
+                  "it: this Mac; elsewhere a built-in demonstration")
       ->type_name("PATH");
   addMillisecondsOption(parser, "--until", options.until, "End there: nothing due later happens");
 }

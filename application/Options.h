@@ -34,6 +34,9 @@ CLI::Option* addMillisecondsOption(CLI::App& parser, const char* name,
                                    std::optional<Pelago::Milliseconds>& value,
                                    const char* description);
 
+// For the name of a file or folder: why it is none, or nothing.
+std::string reasonAgainstEmptyName(const std::string& name);
+
 // What --log does where the output is one answer.
 constexpr const char* LogOnStandardError = "Show the library's log on standard error";
 

@@ -48,7 +48,7 @@ void assessEnclosure(const EnclosureVolumes& enclosure, std::vector<Finding>& fi
     const std::string text =
         enclosureName(enclosure.device) + " " + hexadecimal(enclosure.device.uid);
     findings.push_back({Severity::Warning, 0, text + " is coming up",
-                        text + " is coming up: its disks can't be seen yet"});
+                        text + " is coming up: its disks cannot be seen yet"});
   }
 }
 

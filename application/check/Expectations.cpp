@@ -5,6 +5,7 @@
 #include <cctype>
 #include <charconv>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace Program {
@@ -16,6 +17,20 @@ bool isSame(char a, char b) {
 
 bool isSameUUID(const std::string& a, const std::string& b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), isSame);
+}
+
+bool isUUID(std::string_view text) {
+  constexpr std::string_view form = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
+  const auto fits = [](char c, char place) {
+    return place == '-' ? c == '-' : std::isxdigit(static_cast<unsigned char>(c)) != 0;
+  };
+  return std::equal(text.begin(), text.end(), form.begin(), form.end(), fits);
+}
+
+std::string reasonAgainst(const std::string& uuid) {
+  if (isUUID(uuid)) return "";
+  return uuid.empty() ? "the UUID is missing"
+                      : "'" + uuid + "' is no UUID: 'raidmonitor list --json' tells them";
 }
 
 // Decimal digits alone: the option parser itself would read 010 as octal.
@@ -31,13 +46,10 @@ std::size_t parseCount(const std::string& text) {
 }  // namespace
 
 void addExpectationOptions(CLI::App& parser, Expectations& expected) {
-  const auto isUUID = [](const std::string& uuid) {
-    return uuid.empty() ? "the UUID is missing" : "";
-  };
   parser.add_option("--expect", expected.uuids, "A volume that has to be there; repeatable")
       ->type_name("UUID")
       ->allow_extra_args(false)
-      ->check(isUUID);
+      ->check(reasonAgainst);
   const auto setCount = [&expected](const std::string& text) {
     expected.volumes = parseCount(text);
   };

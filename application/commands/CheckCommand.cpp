@@ -1,13 +1,15 @@
 #include "application/commands/CheckCommand.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
 #include <exception>
 #include <new>
 #include <optional>
 #include <string_view>
 
+#include "application/StandardError.h"
 #include "application/StandardOutput.h"
 #include "application/check/Assessment.h"
 #include "application/check/PluginOutput.h"
@@ -30,12 +32,17 @@ std::string sourceOf(const RegistryOptions& options, const QuietRun& run) {
   return live ? "this computer" : "the built-in demonstration, not at this computer";
 }
 
+// No runner of plugins gives them a terminal. Who has one is shown how far a long replay has come.
+Silence::Streams silenced() {
+  return isatty(STDERR_FILENO) == 1 ? Silence::Streams::Output : Silence::Streams::ErrorsToo;
+}
+
 // Nobody read the answer, so it was not OK; but nothing makes it better than it is.
 ExitStatus print(StandardOutput& output, std::string_view text, Severity severity) {
   output.write(text);
   output.close();
   if (output.failed()) {
-    std::fprintf(stderr, "raidmonitor: standard output: %s\n", output.reason().c_str());
+    printError("raidmonitor: standard output: " + output.reason());
     return statusFor(std::max(severity, Severity::Unknown));
   }
   return statusFor(severity);
@@ -45,7 +52,7 @@ ExitStatus print(StandardOutput& output, std::string_view text, Severity severit
 
 const char* CheckCommand::details() const {
   return "Exit status: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN, as plugins have it; 3 also\n"
-         "for wrong usage and for a registry that can't be read. The first line names the\n"
+         "for wrong usage and for a registry that cannot be read. The first line names the\n"
          "worst volume and its bay, then comes a line for each volume.\n"
          "CRITICAL: a volume failed or offline, a disk failed, offline or missing, an\n"
          "expected volume missing. WARNING: a volume degraded, initializing or\n"
@@ -77,7 +84,7 @@ ExitStatus CheckCommand::refuse(const std::string& reason, StandardOutput& outpu
 
 ExitStatus CheckCommand::look(StandardOutput& output) const {
   std::optional<Silence> silence;
-  if (!_registry.log) silence.emplace(Silence::Streams::ErrorsToo);
+  if (!_registry.log) silence.emplace(silenced());
   LookFailures failures;
   const QuietRun run(_registry, &failures);
   std::vector<EnclosureVolumes> enclosures;

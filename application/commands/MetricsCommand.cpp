@@ -13,7 +13,7 @@ namespace Program {
 const char* MetricsCommand::details() const {
   return "In the text format of Prometheus, of the state that the same watch ends with; on\n"
          "the live registry of the state after two seconds. The time of the look is the\n"
-         "computer's own, also when a recording is looked at. Events and new errors are\n"
+         "computer's own, also when a recording is looked at. Events and changes are\n"
          "those of this look: 'watch --metrics FILE' counts on.\n"
          "FILE appears whole or not at all and is readable by everybody, as the textfile\n"
          "collector of the node exporter wants it. What it was stays when a look fails.";
@@ -23,7 +23,8 @@ void MetricsCommand::addOptions(CLI::App& parser) {
   addRegistryOptions(parser, _registry, LogOnStandardError);
   addExpectationOptions(parser, _expected);
   parser.add_option("--output", _file, "Write a file instead of standard output")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(reasonAgainstEmptyName);
 }
 
 ExitStatus MetricsCommand::run(StandardOutput& output) {

@@ -22,7 +22,8 @@ const char* RecordCommand::details() const {
 void RecordCommand::addOptions(CLI::App& parser) {
   parser.add_option("DIR", _folder, "The folder to write into: a new one, or an empty one")
       ->required()
-      ->type_name("");
+      ->type_name("")
+      ->check(reasonAgainstEmptyName);
   addSourceOptions(parser, _registry);
   addMillisecondsOption(parser, "--every", _every, "Look at the live registry so often (2000)");
   parser.add_flag("--anonymise", _anonymise, "Replace serial numbers, names, UUIDs by stand-ins");

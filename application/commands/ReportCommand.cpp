@@ -1,9 +1,9 @@
 #include "application/commands/ReportCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <filesystem>
 
+#include "application/check/Silence.h"
 #include "application/files/AtomicFile.h"
 #include "application/report/Page.h"
 #include "application/report/Story.h"
@@ -32,19 +32,21 @@ const char* ReportCommand::details() const {
 
 void ReportCommand::addOptions(CLI::App& parser) {
   addSourceOptions(parser, _registry);
-  parser.add_option("--output", _file, "The page to write")->type_name("FILE")->required();
+  parser.add_option("--output", _file, "The page to write")
+      ->type_name("FILE")
+      ->required()
+      ->check(reasonAgainstEmptyName);
 }
 
-ExitStatus ReportCommand::run(StandardOutput&) {
+ExitStatus ReportCommand::run(StandardOutput& output) {
   const std::unique_ptr<Source> source = sourceFor(_registry);
   const std::optional<Pelago::Milliseconds> end = _registry.until ? _registry.until : source->end();
   if (!end) {
-    std::fputs(
-        "raidmonitor: --until is required on the live registry\n"
-        "Try 'raidmonitor report --help'.\n",
-        stderr);
-    return WrongUsage;
+    return refuse("--until is required on the live registry", output);
   }
+  { const AtomicFile writable(_file); }  // or throws now, not after a long replay
+  // What the library prints is no news to who wants a page, which has its log.
+  const Silence silence(Silence::Streams::Output);
   const Story story = storyOf(*source, end);
   AtomicFile::replace(_file, reportPage(story, titleOf(_registry, *source)));
   return Success;

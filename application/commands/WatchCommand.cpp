@@ -22,8 +22,8 @@ namespace Program {
 const char* WatchCommand::details() const {
   return "For people a line shows the time, what happened (new, now, gone), the volume,\n"
          "its level and state, its disks by bay, those that changed first, and the\n"
-         "enclosure. 'bay 3, was' is where a disk that can't be seen was last. An enclosure\n"
-         "that is unplugged is one line with its volumes.\n"
+         "enclosure. 'bay 3, was' is where a disk that cannot be seen was last. An\n"
+         "enclosure that is unplugged is one line with its volumes.\n"
          "\n"
          "The program of --exec gets the event's JSON object on its standard input, and\n"
          "the essentials in environment variables: RAIDMONITOR_EVENT, _TIME, _DEVICE,\n"
@@ -43,7 +43,8 @@ void WatchCommand::addOptions(CLI::App& parser) {
   parser.add_flag("--json", _json, "JSON for programs");
   addScreenOptions(parser, _screen);
   parser.add_option("--metrics", _metrics, "Keep a file of metrics up to date, for Prometheus")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(reasonAgainstEmptyName);
   addExpectationOptions(parser, _expected);
   parser.add_flag("--handles", _handles, "In the end, show what is still held of the registry");
   parser.add_option("--exec", _exec, "Run a program for each event")->type_name("PROGRAM");

@@ -9,7 +9,7 @@ namespace Program {
 std::string reasonOf(const Outcome& outcome, const ProgramLimits& limits) {
   switch (outcome.kind) {
     case Outcome::Kind::NotStarted:
-      return "can't be started: " + std::generic_category().message(outcome.number);
+      return "cannot be started: " + std::generic_category().message(outcome.number);
     case Outcome::Kind::Failed:
       return fmt::format("exit status {}", outcome.number);
     case Outcome::Kind::Killed:

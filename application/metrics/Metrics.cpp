@@ -67,9 +67,11 @@ void writeEvents(MetricsText& text, const EventCounts& events) {
   text.sample({{"event", "raid-appeared"}}, events.raidAppeared);
   text.sample({{"event", "raid-updated"}}, events.raidUpdated);
   text.sample({{"event", "raid-disappeared"}}, events.raidDisappeared);
-  text.family("raidmonitor_new_errors_total", Type::Counter,
-              "Changes of disks that were seen while a volume was degraded or offline.");
-  text.sample(events.newErrors);
+  text.family("raidmonitor_degraded_member_changes_total", Type::Counter,
+              "Changes of disks' states, for better or worse, while a volume of their enclosure "
+              "stayed degraded or offline, counted for each such volume. The library logs each as "
+              "a new error.");
+  text.sample(events.degradedMemberChanges);
 }
 
 void writeDevices(MetricsText& text, const Metrics& metrics) {

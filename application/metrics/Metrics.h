@@ -16,7 +16,8 @@ struct EventCounts {
   std::uint64_t raidAppeared = 0;
   std::uint64_t raidUpdated = 0;
   std::uint64_t raidDisappeared = 0;
-  std::uint64_t newErrors = 0;  // on disks of volumes that are degraded or offline
+  // Of disks in enclosures with a volume that is degraded or offline, once for each such volume.
+  std::uint64_t degradedMemberChanges = 0;
 };
 
 // All that the metrics tell of one look.

@@ -11,8 +11,9 @@ using RAIDMonitoring::RAIDVolume;
 
 namespace {
 
-// The library's one line about a disk that has changed in a volume that is degraded or offline.
-constexpr const char* NewError = "New error detected on RAID";
+// The library's one line about a disk whose state has changed, to the better perhaps, while a
+// volume of its enclosure is degraded or offline.
+constexpr const char* ChangedMember = "New error detected on RAID";
 
 std::int64_t unixTime() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -45,7 +46,7 @@ void MetricsObserver::lookFailed() { _failures.lookFailed(); }
 void MetricsObserver::logged(Pelago::Logger::Level level, const std::string& category,
                              const std::string& text) {
   _failures.logged(level, category, text);
-  if (text.find(NewError) != std::string::npos) ++_events.newErrors;
+  if (text.find(ChangedMember) != std::string::npos) ++_events.degradedMemberChanges;
 }
 
 void MetricsObserver::RAIDAppeared(RAIDVolume*) { ++_events.raidAppeared; }

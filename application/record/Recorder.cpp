@@ -1,9 +1,9 @@
 #include "application/record/Recorder.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
+#include "application/StandardError.h"
 #include "application/progress/Progress.h"
 #include "application/record/Anonymiser.h"
 #include "application/record/ArchiveWriter.h"
@@ -49,7 +49,7 @@ void Recorder::look(Milliseconds moment) {
   const bool isFirst = _lastWritten < 0;
   if (!found && isFirst) throw SourceError("the registry cannot be read");
   if (!found) {
-    std::fputs("raidmonitor: the registry could not be read, once\n", stderr);
+    printError("raidmonitor: the registry could not be read, once");
     return;
   }
   if (!isFirst && sameContent(*found, _known)) return;

@@ -97,7 +97,7 @@
       element("small", "", (picture.bays.length ? picture.bays.length + " bays, " : "bays not known, ") + picture.uid));
     shown.append(title);
     if (!picture.up) {
-      shown.append(element("p", "", "Coming up: its disks can't be seen yet."));
+      shown.append(element("p", "", "Coming up: its disks cannot be seen yet."));
       return shown;
     }
     if (picture.bays.length) shown.append(boxesOf(picture.bays, "Bays of " + picture.title, ""));

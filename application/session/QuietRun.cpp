@@ -15,6 +15,8 @@ std::optional<Pelago::Milliseconds> endOf(const RegistryOptions& options, const 
 }  // namespace
 
 std::unique_ptr<Source> sourceFor(const RegistryOptions& options) {
+  if (options.registry == "")
+    throw SourceError("--registry: the empty path names no file or folder");
   return options.registry ? openRegistry(*options.registry, options.pace)
                           : openDefaultRegistry(options.pace);
 }

@@ -17,14 +17,18 @@ TEST(CommandLine, HelpIsThereForTheProgramAndEachCommand) {
               {{"watch", "--help"}, "Usage: raidmonitor watch [OPTIONS]\n"},
               {{"list", "--help"}, "Usage: raidmonitor list [OPTIONS]\n"},
               {{"slots", "--help"}, "Usage: raidmonitor slots [OPTIONS]\n"},
-              {{"record", "--help"}, "Usage: raidmonitor record [OPTIONS] DIR\n"}};
+              {{"report", "--help"}, "Usage: raidmonitor report [OPTIONS]\n"},
+              {{"record", "--help"}, "Usage: raidmonitor record [OPTIONS] DIR\n"},
+              {{"check", "--help"}, "Usage: raidmonitor check [OPTIONS]\n"},
+              {{"metrics", "--help"}, "Usage: raidmonitor metrics [OPTIONS]\n"},
+              {{"completions", "--help"}, "Usage: raidmonitor completions [OPTIONS] SHELL\n"}};
   for (const auto& row : rows) {
     const Result result = run(row.arguments);
     EXPECT_EQ(0, result.status) << row.usage;
     EXPECT_THAT(result.out, HasSubstr(row.usage));
     EXPECT_EQ("", result.err) << row.usage;
     for (const std::string& line : linesOf(result.out))
-      EXPECT_LE(line.size(), 81U) << line;
+      EXPECT_LE(line.size(), 80U) << line;
   }
 }
 
@@ -68,6 +72,11 @@ TEST(CommandLine, WrongUsageIsExplainedOnStandardErrorWithStatusTwo) {
       {{"watch", "--until", "1.5"}, "raidmonitor: --until: '1.5' is not a number of millisecon"},
       {{"watch", "--until", "0x10"}, "raidmonitor: --until: '0x10' is not a number of millisec"},
       {{"watch", "--until", "9223372036854775808"}, "raidmonitor: --until: 922337203685477580"},
+      {{"report", "--output", ""}, "raidmonitor: --output: the name is empty\n"},
+      {{"metrics", "--output", ""}, "raidmonitor: --output: the name is empty\n"},
+      {{"watch", "--metrics", ""}, "raidmonitor: --metrics: the name is empty\n"},
+      {{"watch", "--config", ""}, "raidmonitor: --config: the name is empty\n"},
+      {{"record", ""}, "raidmonitor: DIR: the name is empty\n"},
       {{"list", "--handles"}, "raidmonitor: "},
       {{"slots", "--pace"}, "raidmonitor: "},
   };

@@ -35,7 +35,7 @@ const struct {
     {"a line of its own", "&#10;00:00.000 gone everything&#13;", "\n00:00.000 gone everything\r"},
     {"other ends of lines", "&#x85;&#x2028;&#x2029;&#11;&#12;", "\u0085\u2028\u2029\x0b\x0c"},
     {"the other direction", "&#x202E;enilno&#x2066;", "\u202eenilno\u2066"},
-    {"what can't be seen", "&#x200B;&#x2060;&#xFEFF;&#xE0041;", "\u200b\u2060\ufeff\U000e0041"},
+    {"what cannot be seen", "&#x200B;&#x2060;&#xFEFF;&#xE0041;", "\u200b\u2060\ufeff\U000e0041"},
     {"backspaces", "&#8;&#8;&#127;", "\b\b\x7f"},
 };
 

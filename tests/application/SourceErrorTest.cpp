@@ -52,6 +52,15 @@ TEST_F(SourceError, AFileThatIsNoPropertyList) {
   expectRefused(file, file);
 }
 
+TEST_F(SourceError, AnEmptyPathIsNamedByItsOption) {
+  for (const char* command : {"watch", "list", "slots", "metrics"}) {
+    const Result result = run({command, "--registry", ""});
+    EXPECT_EQ(1, result.status) << command;
+    EXPECT_EQ("", result.out) << command;
+    EXPECT_EQ("raidmonitor: --registry: the empty path names no file or folder\n", result.err);
+  }
+}
+
 TEST_F(SourceError, AFolderWithoutAnArchiveForTimeZero) {
   std::filesystem::copy(recording("two-bay-mirror-degrades/0.plist"), folder / "5.plist");
   expectRefused(folder, folder);

@@ -20,6 +20,8 @@ std::string firstLine(const Result& result) {
   return lines.empty() ? "" : lines.front();
 }
 
+const std::string projects = "2f7a93d8-51ce-4e06-8d7b-94b6e0c3a125";
+
 TEST(Check, AnswersWithOneStatusForEachMomentOfAnIncident) {
   const struct {
     const char* until;
@@ -54,7 +56,6 @@ TEST(Check, SaysThatItLookedAtTheDemonstration) {
 }
 
 TEST(Check, AnExpectedVolumeThatIsMissingIsCritical) {
-  const std::string projects = "2f7a93d8-51ce-4e06-8d7b-94b6e0c3a125";
   EXPECT_EQ(0, check({"--expect", projects}).status);
   EXPECT_EQ(0, check({"--expect", projects, "--expect", "6B2D61C4-8F0E-4B7A-9C53-0A41D7E2F610",
                       "--expect-volumes", "3"})
@@ -115,6 +116,11 @@ TEST(Check, WrongUsageIsUnknownAndNotWhatReadsAsCritical) {
                                                        {"--until", "soon"},
                                                        {"--expect"},
                                                        {"--expect", ""},
+                                                       {"--expect", "nonsense"},
+                                                       {"--expect", "Projects"},
+                                                       {"--expect", projects + "0"},
+                                                       {"--expect", "{" + projects.substr(1)},
+                                                       {"--expect", projects.substr(1)},
                                                        {"--expect-volumes", "-1"},
                                                        {"--expect-volumes", "two"},
                                                        {"--expect-volumes", "1", "2"},
@@ -124,6 +130,13 @@ TEST(Check, WrongUsageIsUnknownAndNotWhatReadsAsCritical) {
     EXPECT_THAT(result.out, StartsWith("UNKNOWN - ")) << wrong.front();
     EXPECT_THAT(result.out, HasSubstr("\nTry 'raidmonitor check --help'.\n"));
   }
+}
+
+TEST(Check, WhatIsNoUUIDIsNotTakenForAVolumeThatIsMissing) {
+  EXPECT_EQ(
+      "UNKNOWN - --expect: 'Projects' is no UUID: 'raidmonitor list --json' tells them\n"
+      "Try 'raidmonitor check --help'.\n",
+      check({"--expect", "Projects"}).out);
 }
 
 // Some runners take the first line of both outputs for the answer.

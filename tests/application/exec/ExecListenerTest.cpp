@@ -99,8 +99,8 @@ TEST_F(ExecListenerTest, ComplainsOncePerCause) {
   for (const Pelago::Milliseconds time : {1, 2, 3})
     listener->heard(eventAt(time));
   listener->drain(never);
-  EXPECT_THAT(complaints,
-              ElementsAre(folder.file("absent") + ": can't be started: No such file or directory"));
+  EXPECT_THAT(complaints, ElementsAre(folder.file("absent") +
+                                      ": cannot be started: No such file or directory"));
 }
 
 TEST_F(ExecListenerTest, SaysHowManyEventsWereGivenUp) {

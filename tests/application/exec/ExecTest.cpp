@@ -84,7 +84,7 @@ TEST_F(ExecTest, AProgramThatCantBeStartedIsReportedOnceAndTheWatchGoesOn) {
   const auto lines = linesOf(result.err);
   EXPECT_EQ(1, std::count(lines.begin(), lines.end(),
                           "raidmonitor: " + folder.file("absent") +
-                              ": can't be started: No such file or directory"));
+                              ": cannot be started: No such file or directory"));
   EXPECT_EQ(linesOf(plain.err).size() + 1, lines.size());
 }
 

@@ -132,7 +132,7 @@ TEST_F(ProgramProcessTest, IsTheHeadOfAProcessGroupWithSignalsAsUsual) {
 TEST(Outcome, IsToldInWords) {
   const ProgramLimits limits;
   EXPECT_EQ("taken", reasonOf({}, limits));
-  EXPECT_EQ("can't be started: No such file or directory",
+  EXPECT_EQ("cannot be started: No such file or directory",
             reasonOf({Kind::NotStarted, ENOENT}, limits));
   EXPECT_EQ("exit status 3", reasonOf({Kind::Failed, 3}, limits));
   EXPECT_EQ("ended by signal 6", reasonOf({Kind::Killed, 6}, limits));

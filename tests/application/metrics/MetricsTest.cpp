@@ -20,6 +20,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
+const std::string nobody = "5E700000-0000-4000-8000-000000000001";
+
 constexpr const char* TimeSeries = "raidmonitor_last_look_timestamp_seconds ";
 
 Result metrics(Arguments arguments) {
@@ -50,7 +52,7 @@ double now() {
 }
 
 TEST(Metrics, TellTheStateOfEverythingAtAMoment) {
-  const Result result = metrics({"--until", "8000", "--expect-volumes", "3", "--expect", "nobody",
+  const Result result = metrics({"--until", "8000", "--expect-volumes", "3", "--expect", nobody,
                                  "--expect", "2f7a93d8-51ce-4e06-8d7b-94b6e0c3a125"});
   EXPECT_EQ(0, result.status);
   expectGolden("metrics-degraded.prom", withoutTime(result.out));
@@ -65,7 +67,7 @@ TEST(Metrics, HaveTheFormThatPrometheusAsksFor) {
   const Arguments moments[] = {
       {"--until", "0"},
       {"--until", "3000"},
-      {"--until", "24000", "--expect", "x", "--expect", "X"},
+      {"--until", "24000", "--expect", nobody, "--expect", "5e700000-0000-4000-8000-000000000001"},
       {"--registry", recording("odd-members")},
       {"--registry", recording("odd-switches")},
       {"--registry", recording("plug-in-in-stages/0.plist")},
@@ -96,7 +98,7 @@ TEST(Metrics, CountEventsAndNewErrorsOfARecording) {
   const std::string text = metrics({}).out;
   EXPECT_THAT(text, HasSubstr("\nraidmonitor_events_total{event=\"raid-updated\"} 10\n"));
   EXPECT_THAT(text, HasSubstr("\nraidmonitor_events_total{event=\"raid-appeared\"} 3\n"));
-  EXPECT_THAT(text, HasSubstr("\nraidmonitor_new_errors_total 2\n"));
+  EXPECT_THAT(text, HasSubstr("\nraidmonitor_degraded_member_changes_total 2\n"));
 }
 
 TEST(Metrics, ALookThatMissedSomethingIsNotComplete) {
@@ -172,7 +174,7 @@ TEST(AlertRules, EachIsTested) {
 
 TEST(AlertRules, SpeakOfNothingButWhatTheProgramWrites) {
   const std::string rules = contentOf(packaged("raidmonitor.rules.yml"));
-  const std::string written = metrics({"--expect", "x", "--expect-volumes", "1"}).out;
+  const std::string written = metrics({"--expect", nobody, "--expect-volumes", "1"}).out;
   for (const std::string& name : namesIn(rules, "(raidmonitor_[a-z_]+)"))
     EXPECT_THAT(written, HasSubstr("\n# TYPE " + name + " ")) << name;
   auto labels = namesIn(rules, "labels\\.([a-z]+)");

@@ -42,16 +42,17 @@ TEST(WatchMetrics, CountsOnForAsLongAsItWatches) {
   const TemporaryFolder folder;
   const std::string file = folder.file("raidmonitor.prom");
   run({"watch", "--metrics", file});
-  EXPECT_THAT(contentOf(file), HasSubstr("\nraidmonitor_new_errors_total 2\n"));
+  EXPECT_THAT(contentOf(file), HasSubstr("\nraidmonitor_degraded_member_changes_total 2\n"));
 }
 
 TEST(WatchMetrics, ExpectationsGoWithIt) {
   const TemporaryFolder folder;
   const std::string file = folder.file("raidmonitor.prom");
-  EXPECT_EQ(
-      0, run({"watch", "--metrics", file, "--expect", "nobody", "--expect-volumes", "3"}).status);
+  const std::string nobody = "5E700000-0000-4000-8000-000000000001";
+  EXPECT_EQ(0,
+            run({"watch", "--metrics", file, "--expect", nobody, "--expect-volumes", "3"}).status);
   EXPECT_THAT(contentOf(file),
-              HasSubstr("\nraidmonitor_expected_volume_present{volume=\"NOBODY\"} 0\n"));
+              HasSubstr("\nraidmonitor_expected_volume_present{volume=\"" + nobody + "\"} 0\n"));
   const Result without = run({"watch", "--expect-volumes", "0"});
   EXPECT_EQ(2, without.status);
   EXPECT_THAT(without.err, HasSubstr("needs --metrics"));

@@ -198,7 +198,7 @@ TEST(ProgressOfAReplay, IsShownOnStandardErrorAndGoneInTheEnd) {
 }
 
 TEST(ProgressOfAReplay, IsShownByTheCommandsThatAnswerOnce) {
-  for (const char* command : {"list", "slots"}) {
+  for (const char* command : {"list", "slots", "check", "metrics"}) {
     RunningProgram program({command, "--until", "9000000000000"}, onErrorTerminal());
     program.waitForError("Replaying [");
     program.send(SIGTERM);
