@@ -214,6 +214,23 @@ TEST_F(RAIDMonitorEndTest, ShutdownStopsTheTimer) {
   EXPECT_EQ(0, refreshes);
 }
 
+TEST_F(RAIDMonitorEndTest, ShutdownStopsOnceInTheWayThatTheMonitorItselfStops) {
+  class Stopping : public ScriptedMonitor {
+   public:
+    void stopMonitoring() override {
+      ++stops;
+      ScriptedMonitor::stopMonitoring();
+    }
+    int stops = 0;
+  };
+  Stopping monitor;
+  monitor.startMonitoring();
+  monitor.shutdown();
+  EXPECT_EQ(1, monitor.stops);
+  monitor.shutdown();
+  EXPECT_EQ(1, monitor.stops);
+}
+
 TEST_F(RAIDMonitorEndTest, ShutdownLeavesEveryDiscoveryManager) {
   Pelago::DiscoveryManager first;
   Pelago::DiscoveryManager second;

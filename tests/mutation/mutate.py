@@ -23,8 +23,8 @@ from trial import Scratch, Trials, own_tests, other_tests
 FOLDERS = ["monitor", "model", "thunderbolt", "platform"]
 # The first rounds are tried together, a file's mutants one after the other, which spares building it again.
 FIRST_ROUNDS = 4
-# A header that so many objects include is drawn from this often and no more: each of its mutants takes minutes.
-MANY_OBJECTS, ROUNDS_FOR_SUCH = 25, 2
+# A header is drawn from this often and no more: for each of its mutants much is built.
+ROUNDS_FOR_HEADERS = 2
 
 
 def arguments():
@@ -108,26 +108,20 @@ class Record:
         return [entry for entry in self.outcomes.values() if entry["result"] != "does not compile"]
 
 
-def built_again(objects):
-    """Classes of mutants by what is built for each: one object, several, very many."""
-    return (objects > 1) + (objects >= MANY_OBJECTS)
-
-
-def batches(by_file, seed, dependents):
+def batches(by_file, seed):
     """The rounds in the order in which they are tried: headers last, because much is built for each mutant."""
     batch = []
     for number, of_round in enumerate(drawn(by_file, seed)):
-        batch += [mutant for mutant in of_round
-                  if number < ROUNDS_FOR_SUCH or dependents[mutant.path] < MANY_OBJECTS]
+        batch += [mutant for mutant in of_round if number < ROUNDS_FOR_HEADERS or not mutant.path.endswith(".h")]
         if number + 1 >= FIRST_ROUNDS:
-            yield sorted(batch, key=lambda mutant: (built_again(dependents[mutant.path]), mutant.path, mutant.start))
+            yield sorted(batch, key=lambda mutant: (mutant.path.endswith(".h"), mutant.path, mutant.start))
             batch = []
     yield batch
 
 
 def run(options, by_file, record, trials):
     """Draws and tries until enough have compiled. Those that pass their own tests wait for the others."""
-    for batch in batches(by_file, options.seed, trials.scratch.dependents()):
+    for batch in batches(by_file, options.seed):
         for mutant in batch:
             if len(record.compiled()) >= options.count:
                 break
