@@ -17,6 +17,7 @@ set(pelago_headers
   platform/pelago/WakePipe.h)
 
 set(memory_registry_headers
+  platform/registry/memory/CoreFoundationSeam.h
   platform/registry/memory/MemoryRegistry.h
   platform/registry/memory/MemoryRegistrySeam.h
   platform/registry/memory/Operation.h

@@ -30,7 +30,7 @@ class RAIDMONITORING_EXPORT AppleRAIDMember : public RAIDMember {
   static std::string UUIDFromEntry(io_registry_entry_t entry);
 
   // The member's entry, with one reference for the caller, or 0. Two searches, for the first sight
-  // and for every later one, which differ on purpose: see there.
+  // and for every later one, which differ on purpose: see AppleRAIDMember.cpp.
   io_registry_entry_t findRegistryEntry() const;
   io_registry_entry_t entryFromUUID() const;
 

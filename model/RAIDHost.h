@@ -22,6 +22,27 @@ class RAIDVolume;
 // Failure:   nothing here fails or logs. A null volume is not expected by any operation.
 //
 // The order of the virtual operations is part of the binary interface.
+//
+// \code
+// #include "model/RAIDMember.h"
+// #include "model/RAIDVolume.h"
+//
+// // The disks of one host, bay by bay; those of which it is not known where they sit under -1.
+// std::multimap<int, RAIDMonitoring::RAIDMember*> disksByBay(RAIDMonitoring::RAIDHost& host) {
+//   std::multimap<int, RAIDMonitoring::RAIDMember*> disks;
+//   for (RAIDMonitoring::RAIDVolume* volume : host.raidVolumes()) {
+//     for (RAIDMonitoring::RAIDMember* member : volume->members()) {
+//       disks.emplace(host.locationOfMember(member, true), member);
+//     }
+//   }
+//   return disks;
+// }
+//
+// // Whether some disk sits in that bay, a member or not.
+// bool isOccupied(RAIDMonitoring::RAIDHost& host, int bay) {
+//   return host.locationOfNotMember(bay) == bay;
+// }
+// \endcode
 class RAIDMONITORING_EXPORT RAIDHost : public Pelago::Object {
  public:
   // Kept on purpose: volumes that are still filed do not get their reference back, so they outlive
@@ -55,7 +76,7 @@ class RAIDMONITORING_EXPORT RAIDHost : public Pelago::Object {
   // was announced through another host may be on file there still, and have ended.
   std::vector<RAIDVolume*> raidVolumes() const;
 
-  // Who made the device, as it says itself. "invalid", 0 and -1 until that has been read.
+  // Who made the device, as it says itself: "invalid" and 0 until that has been read.
   const std::string& modelName() const { return _modelName; }
   std::uint64_t modelID() const { return _modelID; }
   const std::string& vendorName() const { return _vendorName; }
@@ -66,20 +87,24 @@ class RAIDMONITORING_EXPORT RAIDHost : public Pelago::Object {
   std::uint8_t bayCount() const { return _bayCount; }
 
   // Two plain questions that the layer answers which knows the kinds of host
-  // (thunderbolt/HostQuestions.cpp): the registry path beneath which this host's sets live, empty
-  // until the host has found it, and the 64-bit identifier of its device.
+  // (thunderbolt/HostQuestions.cpp). The registry path beneath which this host's sets live, empty
+  // until the host has found it:
   const std::string& pciBridgePath() const;
+  // and the 64-bit identifier of its device.
   std::uint64_t deviceID() const;
 
  protected:
+  // Nothing is known of the device yet, and no volume is filed.
   RAIDHost();
 
+  // For the kinds of host to fill in: what the operations of these names answer.
   std::string _modelName = "invalid";
   std::uint64_t _modelID = 0;
   std::string _vendorName = "invalid";
   std::uint64_t _vendorID = 0;
   std::int32_t _deviceStatus = -1;
   std::uint8_t _bayCount = 0;
+
   std::map<std::string, RAIDVolume*> _volumes;  // by UUID, byte-wise; one reference per entry
 };
 

@@ -27,6 +27,23 @@ class RAIDMember;
 // Thread:    the event thread only; nothing here locks.
 // Failure:   a set that has left the registry reads as VolumeFailed and keeps everything else;
 //            failures are logged, nothing throws on purpose.
+//
+// \code
+// #include <ostream>
+//
+// #include "model/RAIDHost.h"
+// #include "model/RAIDMember.h"
+//
+// // The bays whose disks have failed: those that somebody has to pull.
+// void printFailed(std::ostream& out, const RAIDMonitoring::RAIDVolume& volume) {
+//   for (RAIDMonitoring::RAIDMember* member : volume.members()) {
+//     if (member->state() != RAIDMonitoring::MemberFailed) continue;
+//     const int bay = volume.host()->locationOfMember(member, true);
+//     out << volume.name() << ": " << member->uuid();
+//     bay == -1 ? out << ", in an unknown bay\n" : out << ", bay " << bay << '\n';
+//   }
+// }
+// \endcode
 class RAIDMONITORING_EXPORT RAIDVolume : public Pelago::Object {
  public:
   // Reads the set at once.
@@ -43,10 +60,14 @@ class RAIDMONITORING_EXPORT RAIDVolume : public Pelago::Object {
   // The members in ascending order of their UUIDs. No references are taken.
   std::vector<RAIDMember*> members() const;
 
+  // What the set is known by, everywhere and for good.
   const std::string& uuid() const { return _uuid; }
+  // What people call it, in UTF-8; whoever can rename a volume decides what stands there.
   const std::string& name() const { return _name; }
+  // What the last reading has found.
   RAIDLevel level() const { return _level; }
   RAIDVolumeState state() const { return _state; }
+  // Never null; but see above: a volume that is kept may outlive it.
   RAIDHost* host() const { return _host; }
 
   // For the refresh cycle and the search for sets, which mark sets that span devices. Storing

@@ -21,11 +21,6 @@ class RAIDVolume;
 // The library's one entry object: turns discovered devices into hosts, re-reads them every two
 // seconds, and tells its clients which RAID volumes appear, disappear or change.
 //
-//   RAIDMonitor* monitor = RAIDMonitor::CreateRAIDMonitor();
-//   monitor->addClient(&client);
-//   monitor->listenTo(&discoveryManager);
-//   monitor->startMonitoring();
-//
 // Ownership: the application's, destroyed with `delete` after stopMonitoring(). The monitor keeps
 //            one reference on every host and on every announced volume. `delete` gives none of
 //            them back and leaves the timer behind; shutdown() before it gives everything back.
@@ -34,8 +29,29 @@ class RAIDVolume;
 //            propagates as an exception.
 //
 // The order of the virtual operations is part of the binary interface.
+//
+// \code
+// #include <memory>
+//
+// #include "platform/pelago/Application.h"
+// #include "platform/pelago/DiscoveryManager.h"
+//
+// // Watches until somebody calls application.quit().
+// void watch(Pelago::Application& application, Pelago::DiscoveryManager& discovery,
+//            RAIDMonitoring::RAIDMonitorClient& client) {
+//   using RAIDMonitoring::RAIDMonitor;
+//   const std::unique_ptr<RAIDMonitor> monitor(RAIDMonitor::CreateRAIDMonitor());
+//   monitor->addClient(&client);
+//   monitor->listenTo(&discovery);  // which tells of the devices that are there already
+//   monitor->startMonitoring();
+//   application.run();
+//   monitor->stopMonitoring();
+//   monitor->shutdown();
+// }
+// \endcode
 class RAIDMONITORING_EXPORT RAIDMonitor {
  public:
+  // Its ears and its clock, the library's own: declared in the sources.
   class DeviceDiscovery;
   class UpdateTimer;
 
@@ -86,6 +102,7 @@ class RAIDMONITORING_EXPORT RAIDMonitor {
   void shutdown();
 
  protected:
+  // Without clients or hosts, not started.
   RAIDMonitor();
 
  private:

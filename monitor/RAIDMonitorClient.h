@@ -21,8 +21,36 @@ class RAIDVolume;
 // that is reported gone may have ended before it.
 //
 // The order of the virtual operations is part of the binary interface.
+//
+// \code
+// #include <set>
+//
+// #include "model/RAIDVolume.h"
+//
+// // Knows which volumes need somebody to look after them, by their UUIDs.
+// class Troubles : public RAIDMonitoring::RAIDMonitorClient {
+//  public:
+//   void RAIDAppeared(RAIDMonitoring::RAIDVolume* volume) override { note(*volume); }
+//   void RAIDUpdated(RAIDMonitoring::RAIDVolume* volume) override { note(*volume); }
+//   void RAIDDisappeared(RAIDMonitoring::RAIDVolume* volume) override {
+//     _troubles.erase(volume->uuid());
+//   }
+//
+//  private:
+//   void note(const RAIDMonitoring::RAIDVolume& volume) {
+//     if (volume.state() == RAIDMonitoring::VolumeOnline) {
+//       _troubles.erase(volume.uuid());
+//     } else {
+//       _troubles.insert(volume.uuid());
+//     }
+//   }
+//
+//   std::set<std::string> _troubles;
+// };
+// \endcode
 class RAIDMONITORING_EXPORT RAIDMonitorClient {
  public:
+  // Unknown to every monitor, as a copy is too.
   RAIDMonitorClient() = default;
   RAIDMonitorClient(const RAIDMonitorClient&) = default;
   RAIDMonitorClient& operator=(const RAIDMonitorClient&) = default;
@@ -32,8 +60,11 @@ class RAIDMONITORING_EXPORT RAIDMonitorClient {
   // in the library asks for it.
   virtual std::string identifier();
 
+  // A volume has become known, in whatever state it is.
   virtual void RAIDAppeared(RAIDVolume* volume) = 0;
+  // One that was told of is gone: its set, or the device that it is on.
   virtual void RAIDDisappeared(RAIDVolume* volume) = 0;
+  // One that was told of has changed, or one of its members has.
   virtual void RAIDUpdated(RAIDVolume* volume) = 0;
 };
 

@@ -8,6 +8,7 @@ namespace RAIDMonitoring {
 // Ownership, thread and failure are those of RAIDMonitor.
 class RAIDMONITORING_EXPORT RAIDMonitorMac : public RAIDMonitor {
  public:
+  // As CreateRAIDMonitor() makes it.
   RAIDMonitorMac();
   ~RAIDMonitorMac() override;
 

@@ -54,10 +54,14 @@ class RAIDMONITORING_EXPORT ThunderboltDevice : public RAIDHost {
 
   // The device's switch, with one reference for the caller, or 0.
   io_registry_entry_t findRegistryEntry() const;
+  // Reads from the switch who made the device, and concludes the number of bays from that. The
+  // reference stays the caller's.
   void setBasicProperties(io_registry_entry_t switchEntry);
 
-  // ---- Bring-up (ThunderboltDeviceBringUp.cpp). Each stage takes over the reference to its entry.
+  // ---- Bring-up (ThunderboltDeviceBringUp.cpp)
 
+  // The stages, in their order. Each takes over the reference on its entry; when what it waits for
+  // is there it goes on with the next one, and otherwise, the last one apart, posts itself anew.
   void waitForUpstreamPort(io_registry_entry_t switchEntry);
   void waitForPCIBridge(io_registry_entry_t upstreamPort);
   void waitForDisks(io_registry_entry_t bridgeEntry);

@@ -25,12 +25,25 @@ class Timer;
 //            receiver or an event disposes of the event and says so in the log. An exception from a
 //            handler leaves the loop through its caller; the event in hand is disposed of, the
 //            others stay queued.
+//
+// \code
+// #include "platform/pelago/SteadyClock.h"
+//
+// int runUntilQuit() {
+//   Pelago::SteadyClock clock;
+//   Pelago::Application application(clock);
+//   // Here: a DiscoveryManager, the monitor and its clients, which all live shorter than the loop.
+//   application.run();
+//   return 0;
+// }
+// \endcode
 class PELAGO_EXPORT Application {
  public:
   // A posted event is due so many milliseconds after its posting: a handler that posts to itself
   // until something has happened looks ten times a second, and never spins.
   static constexpr Milliseconds PostDelay = 100;
 
+  // The loop runs by `clock`, which outlives it.
   explicit Application(Clock& clock);
   ~Application();
   Application(const Application&) = delete;
@@ -43,6 +56,7 @@ class PELAGO_EXPORT Application {
   // on. Delivery is never inside this call. Posting from inside a handler is allowed.
   static void PostEvent(Object* receiver, Event* event);
 
+  // The clock's time.
   Milliseconds now() const;
 
   // Delivers everything that is due before `moment`, waiting for each in turn, and then waits until
@@ -62,6 +76,7 @@ class PELAGO_EXPORT Application {
   // Whether a quit() has not ended its run yet; false again when the run has returned.
   bool quitting() const;
 
+  // How many events wait for their delivery; for accounts and tests.
   std::size_t queuedEvents() const;
 
  private:

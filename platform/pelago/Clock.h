@@ -26,6 +26,7 @@ class PELAGO_EXPORT Clock {
 
   virtual ~Clock();
 
+  // The time since the clock's start. It never goes back.
   virtual Milliseconds now() const = 0;
 
   // Waits until `moment`, or until interrupt(). False when it was interrupted. A moment that has

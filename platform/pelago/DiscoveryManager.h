@@ -23,8 +23,27 @@ class DiscoveryClient;
 //            manager; it must not destroy the manager.
 // Failure:   nothing here fails. A null client is ignored. An exception from a client leaves
 //            through the operation that told it; the clients behind it are not told.
+//
+// \code
+// #include <algorithm>
+//
+// // What a discovery service of yours has found now: the manager hears what is different.
+// void report(Pelago::DiscoveryManager& manager, const std::vector<Pelago::Device>& found) {
+//   const auto has = [](const std::vector<Pelago::Device>& devices, const Pelago::Device& device) {
+//     return std::find(devices.begin(), devices.end(), device) != devices.end();
+//   };
+//   const std::vector<Pelago::Device> before = manager.devices();  // a copy: it changes below
+//   for (const Pelago::Device& device : before) {
+//     if (!has(found, device)) manager.deviceDisappeared(device);
+//   }
+//   for (const Pelago::Device& device : found) {
+//     if (!has(before, device)) manager.deviceAppeared(device);
+//   }
+// }
+// \endcode
 class PELAGO_EXPORT DiscoveryManager {
  public:
+  // Without clients, and with nothing present.
   DiscoveryManager() = default;
   ~DiscoveryManager();
   DiscoveryManager(const DiscoveryManager&) = delete;

@@ -10,8 +10,27 @@ namespace Pelago {
 //            poster's throughout.
 // Thread:    the event thread only.
 // Failure:   nothing here fails.
+//
+// \code
+// #include "platform/pelago/Application.h"
+// #include "platform/pelago/Object.h"
+//
+// // Counts down on the event thread, once per delivery, until nothing is left.
+// class Countdown : public Pelago::Object {
+//  public:
+//   explicit Countdown(int left) : _left(left) {}
+//   void event(Pelago::Event*) override {
+//     if (--_left > 0) step();
+//   }
+//   void step() { Pelago::Application::PostEvent(this, new Pelago::Event(0, nullptr)); }
+//
+//  private:
+//   int _left;
+// };
+// \endcode
 class PELAGO_EXPORT Event {
  public:
+  // Whoever receives it knows what the number and `data`, which may be null, mean.
   Event(unsigned type, void* data) : _type(type), _data(data) {}
   Event(const Event&) = delete;
   Event& operator=(const Event&) = delete;
@@ -21,6 +40,7 @@ class PELAGO_EXPORT Event {
   // version deletes it.
   virtual void destroy();
 
+  // As they were given.
   unsigned type() const { return _type; }
   void* data() const { return _data; }
 

@@ -2,6 +2,8 @@
 
 #include "platform/pelago/PelagoExport.h"
 
+// The framework: objects with references, events and the loop that delivers them, timers, clocks,
+// the log, and the discovery of devices.
 namespace Pelago {
 
 class Event;
@@ -17,6 +19,7 @@ class Event;
 // The order of the virtual operations is part of the binary interface.
 class PELAGO_EXPORT Object {
  public:
+  // With no reference and nothing queued.
   Object() = default;
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
@@ -30,7 +33,10 @@ class PELAGO_EXPORT Object {
   // Called by the deref() that gives the last reference back; the base version deletes the object.
   virtual void destroy();
 
+  // Takes a reference.
   void ref();
+
+  // Gives one back, which must be there; with the last one the object is destroyed.
   void deref();
 
   // References held at the moment; for accounts and tests.

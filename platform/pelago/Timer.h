@@ -14,6 +14,7 @@ namespace Pelago {
 // The order of the virtual operations is part of the binary interface.
 class PELAGO_EXPORT Timer {
  public:
+  // A stopped timer.
   Timer() = default;
   Timer(const Timer&) = delete;
   Timer& operator=(const Timer&) = delete;
@@ -30,6 +31,7 @@ class PELAGO_EXPORT Timer {
   // No further expiries. On a stopped timer: nothing.
   void stop();
 
+  // Whether further expiries are due.
   bool running() const { return _running; }
 
  private:

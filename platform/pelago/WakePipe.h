@@ -14,6 +14,7 @@ namespace Pelago {
 // Failure:   the constructor throws std::system_error when there is no descriptor left.
 class PELAGO_EXPORT WakePipe {
  public:
+  // Nobody has called wake() yet.
   WakePipe();
   ~WakePipe();
   WakePipe(const WakePipe&) = delete;

@@ -19,6 +19,28 @@
 // Failure:   an ID that is not in the registry, a second link between the same two entries and a
 //            link that would make an entry its own ancestor throw std::invalid_argument and change
 //            nothing. So do terminating the root and attaching it to another entry.
+//
+// \code
+// #include "platform/registry/Registry.h"
+//
+// // A staged service answers through the seam as one of the system's would; then it fails to.
+// int main() {
+//   MemoryRegistry::EntryDescription description;
+//   description.className = "IOThunderboltSwitchType2";
+//   const MemoryRegistry::EntryID id = MemoryRegistry::add(MemoryRegistry::root(), description);
+//
+//   const std::string path = MemoryRegistry::path(id);
+//   const io_registry_entry_t entry =
+//       IORegistryEntryFromPath(RAIDMonitoring::registryPort, path.c_str());
+//   if (MemoryRegistry::entryOf(entry) != id || MemoryRegistry::references(id) != 1) return 1;
+//   IOObjectRelease(entry);
+//   if (!MemoryRegistry::accounts().entries.empty()) return 1;
+//
+//   using MemoryRegistry::Operation;
+//   MemoryRegistry::failCall(Operation::IORegistryEntryFromPath, 1, MemoryRegistry::Repeat::Once);
+//   return IORegistryEntryFromPath(RAIDMonitoring::registryPort, path.c_str()) == 0 ? 0 : 1;
+// }
+// \endcode
 namespace MemoryRegistry {
 
 // ---- Building and changing --------------------------------------------------------------------
@@ -27,6 +49,7 @@ namespace MemoryRegistry {
 // failure orders start from nothing.
 MEMORYREGISTRY_EXPORT void reset();
 
+// The entry that every path begins at. It is always there.
 MEMORYREGISTRY_EXPORT EntryID root();
 
 // A new entry beneath `parent`, as its last child. Its ID is one that was never used before.
@@ -42,11 +65,14 @@ MEMORYREGISTRY_EXPORT void detach(EntryID child, EntryID parent);
 // holds. Their handles are dead from then on; no path leads to them.
 MEMORYREGISTRY_EXPORT void terminate(EntryID entry);
 
+// A property that is there already gets the new value. To remove one that is not there is nothing.
 MEMORYREGISTRY_EXPORT void setProperty(EntryID entry, const std::string& key, PropertyValue value);
 MEMORYREGISTRY_EXPORT void removeProperty(EntryID entry, const std::string& key);
-// The name as it is given, an empty one too.
+
+// The name as it is given, an empty one too; the text behind the "@", where empty means none.
 MEMORYREGISTRY_EXPORT void setName(EntryID entry, const std::string& name);
 MEMORYREGISTRY_EXPORT void setLocation(EntryID entry, const std::string& location);
+// ServiceState bits.
 MEMORYREGISTRY_EXPORT void setState(EntryID entry, std::uint32_t state);
 
 // The registry becomes exactly `content`. An entry whose ID is there already keeps its handles; one
@@ -56,8 +82,11 @@ MEMORYREGISTRY_EXPORT void replaceContent(RegistryContent content);
 
 // ---- Looking, without references --------------------------------------------------------------
 
+// Whether there is such an entry, and how many there are, the root among them.
 MEMORYREGISTRY_EXPORT bool contains(EntryID entry);
 MEMORYREGISTRY_EXPORT std::size_t entryCount();
+
+// In their order: that of the links' making.
 MEMORYREGISTRY_EXPORT std::vector<EntryID> children(EntryID entry);
 MEMORYREGISTRY_EXPORT std::vector<EntryID> parents(EntryID entry);
 // The path as IORegistryEntryGetPath would write it; empty when it can't.
@@ -71,22 +100,26 @@ MEMORYREGISTRY_EXPORT EntryID entryOf(unsigned int handle);
 
 // ---- Accounts ---------------------------------------------------------------------------------
 
+// An entry that somebody holds references on.
 struct KeptEntry {
-  EntryID id = 0;
-  std::uint64_t references = 0;
+  EntryID id = 0;                // of the entry, which may be gone
+  std::uint64_t references = 0;  // through all its handles
 };
+// Whether they say the same.
 inline bool operator==(const KeptEntry& a, const KeptEntry& b) {
   return a.id == b.id && a.references == b.references;
 }
 
+// What users hold of the registry at one moment.
 struct Accounts {
   // Those with references, ascending by ID, terminated ones too. An ID that vanished and came back
   // has stood for more than one entry: the ended ones come first, in the order of their ends.
   std::vector<KeptEntry> entries;
-  std::size_t iterators = 0;
-  std::size_t values = 0;  // CoreFoundation objects that live, compile-time constants left out
+  std::size_t iterators = 0;  // that were given out and not released
+  std::size_t values = 0;     // CoreFoundation objects that live, compile-time constants left out
 };
 
+// As they are now.
 MEMORYREGISTRY_EXPORT Accounts accounts();
 // References held by users on whatever has borne the ID, also after its termination.
 MEMORYREGISTRY_EXPORT std::uint64_t references(EntryID entry);
@@ -98,11 +131,10 @@ MEMORYREGISTRY_EXPORT std::uint64_t calls();
 
 // ---- Failing on demand ------------------------------------------------------------------------
 
-enum class Failure {
-  Error,        // as the operation fails: an error code, 0, null or false
-  NullSuccess,  // success with a null handle, for operations that return both;
-                // else like Error
-};
+// How a call fails: as the operation does, by an error code, 0, null or false; or with success and
+// a null handle, which for operations that do not return both is the same as Error.
+enum class Failure { Error, NullSuccess };
+// Whether the calls behind it fail too.
 enum class Repeat { Once, FromThenOn };
 
 // The `n`-th call of the operation from now (1 is the next) fails. One order stands at a time.
@@ -111,6 +143,7 @@ MEMORYREGISTRY_EXPORT void failCall(Operation operation, std::uint64_t n, Repeat
 // The same, counting the calls of every operation that can fail.
 MEMORYREGISTRY_EXPORT void failAnyCall(std::uint64_t n, Repeat repeat,
                                        Failure failure = Failure::Error);
+// Takes the order back.
 MEMORYREGISTRY_EXPORT void failNothing();
 
 }  // namespace MemoryRegistry

@@ -1,65 +1,50 @@
 #pragma once
 
-// What the system uses of IOKit and CoreFoundation, declared for the in-memory registry: the same
-// names, types and constants as the operating system's. The functions have C++ linkage, so that
-// they are no namesakes of the system's symbols.
+// What the system uses of IOKit, declared for the in-memory registry: the same names, types and
+// constants as the operating system's. The functions have C++ linkage, so that they are no
+// namesakes of the system's symbols. What holds for all of them (handles, values, failure, thread)
+// stands in platform/registry/Registry.h, which is the header to include.
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "platform/registry/memory/CoreFoundationSeam.h"
 #include "platform/registry/memory/MemoryRegistryExport.h"
 
 // ---- Types ------------------------------------------------------------------------------------
 
+// Truth: 0 is false.
 using boolean_t = int;
+
+// How an operation ended: 0 is success, all else an error.
 using kern_return_t = int;
 using IOReturn = kern_return_t;
+
+// Bits that say how an operation shall go about it; those that are not known are ignored.
 using IOOptionBits = std::uint32_t;
+
+// Handles: 0 is none. One of an entry may be used as any of the first three.
 using mach_port_t = unsigned int;
 using io_object_t = mach_port_t;
 using io_registry_entry_t = io_object_t;
 using io_service_t = io_object_t;
 using io_iterator_t = io_object_t;
+
+// Buffers for a name and for a path, the terminating 0 included.
 using io_name_t = char[128];
 using io_string_t = char[512];
 
-using Boolean = unsigned char;
-using UInt8 = std::uint8_t;
-using CFIndex = long;
-using CFTypeID = unsigned long;
-using CFOptionFlags = unsigned long;
-using CFStringEncoding = std::uint32_t;
-using CFTypeRef = const void*;
-using CFAllocatorRef = const struct __CFAllocator*;
-using CFBooleanRef = const struct __CFBoolean*;
-using CFDataRef = const struct __CFData*;
-using CFStringRef = const struct __CFString*;
-using CFNumberRef = const struct __CFNumber*;
-using CFArrayRef = const struct __CFArray*;
-using CFDictionaryRef = const struct __CFDictionary*;
-using CFMutableDictionaryRef = struct __CFDictionary*;
-using CFNumberType = CFIndex;
-using CFComparisonResult = CFIndex;
-using CFStringCompareFlags = CFOptionFlags;
-
-struct CFRange {
-  CFIndex location;
-  CFIndex length;
-};
-inline CFRange CFRangeMake(CFIndex location, CFIndex length) { return CFRange{location, length}; }
-
-struct CFArrayCallBacks;
-struct CFDictionaryKeyCallBacks;
-struct CFDictionaryValueCallBacks;
-
 // ---- Constants --------------------------------------------------------------------------------
 
+// The port that look-ups are made at; 0 does as well (RAIDMonitoring::registryPort).
 inline constexpr mach_port_t kIOMasterPortDefault = 0;
 
+// How a walk goes: into what it meets, and upwards.
 inline constexpr IOOptionBits kIORegistryIterateRecursively = 1;
 inline constexpr IOOptionBits kIORegistryIterateParents = 2;
 
+// How operations end. Which error means what, each operation says.
 inline constexpr kern_return_t KERN_SUCCESS = 0;
 inline constexpr kern_return_t KERN_INVALID_NAME = 15;
 inline constexpr kern_return_t MACH_SEND_INVALID_DEST = 0x10000003;
@@ -69,27 +54,6 @@ inline constexpr IOReturn kIOReturnNoResources = static_cast<IOReturn>(0xE00002B
 inline constexpr IOReturn kIOReturnNoDevice = static_cast<IOReturn>(0xE00002C0U);
 inline constexpr IOReturn kIOReturnBadArgument = static_cast<IOReturn>(0xE00002C2U);
 inline constexpr IOReturn kIOReturnNotFound = static_cast<IOReturn>(0xE00002F0U);
-
-inline constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
-inline constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
-inline constexpr CFNumberType kCFNumberSInt32Type = 3;
-inline constexpr CFNumberType kCFNumberSInt64Type = 4;
-inline constexpr CFNumberType kCFNumberFloat64Type = 6;
-inline constexpr CFNumberType kCFNumberIntType = 9;
-inline constexpr CFNumberType kCFNumberLongLongType = 11;
-inline constexpr CFComparisonResult kCFCompareLessThan = -1;
-inline constexpr CFComparisonResult kCFCompareEqualTo = 0;
-inline constexpr CFComparisonResult kCFCompareGreaterThan = 1;
-
-// In a namespace, because the name of a global variable is its symbol, whatever its linkage.
-namespace MemoryRegistry {
-MEMORYREGISTRY_EXPORT extern const CFArrayCallBacks kCFTypeArrayCallBacks;
-MEMORYREGISTRY_EXPORT extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
-MEMORYREGISTRY_EXPORT extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
-}  // namespace MemoryRegistry
-using MemoryRegistry::kCFTypeArrayCallBacks;
-using MemoryRegistry::kCFTypeDictionaryKeyCallBacks;
-using MemoryRegistry::kCFTypeDictionaryValueCallBacks;
 
 // ---- IOKit: finding entries -------------------------------------------------------------------
 
@@ -161,9 +125,10 @@ MEMORYREGISTRY_EXPORT void IOIteratorReset(io_iterator_t iterator);
 // ---- IOKit: looking at an entry ---------------------------------------------------------------
 
 namespace MemoryRegistry {
+// IOObjectConformsTo, of a name that is `length` bytes long.
 MEMORYREGISTRY_EXPORT boolean_t conformsTo(io_object_t object, const char* className,
                                            std::size_t length);
-}
+}  // namespace MemoryRegistry
 
 // Non-zero when the entry is of the class or of one derived from it. Inline, because compilers know
 // the length of a literal.
@@ -214,69 +179,3 @@ IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMutableDictionary
 // Both succeed on 0 and on the handle of a terminated entry.
 MEMORYREGISTRY_EXPORT kern_return_t IOObjectRetain(io_object_t object);
 MEMORYREGISTRY_EXPORT kern_return_t IOObjectRelease(io_object_t object);
-
-// ---- CoreFoundation ---------------------------------------------------------------------------
-
-MEMORYREGISTRY_EXPORT CFTypeRef CFRetain(CFTypeRef value);
-MEMORYREGISTRY_EXPORT void CFRelease(CFTypeRef value);
-MEMORYREGISTRY_EXPORT CFTypeID CFGetTypeID(CFTypeRef value);
-
-MEMORYREGISTRY_EXPORT CFTypeID CFBooleanGetTypeID();
-MEMORYREGISTRY_EXPORT CFTypeID CFDataGetTypeID();
-MEMORYREGISTRY_EXPORT CFTypeID CFStringGetTypeID();
-MEMORYREGISTRY_EXPORT CFTypeID CFNumberGetTypeID();
-MEMORYREGISTRY_EXPORT CFTypeID CFArrayGetTypeID();
-MEMORYREGISTRY_EXPORT CFTypeID CFDictionaryGetTypeID();
-
-// A compile-time constant string: never released, the same object for the same text.
-#define CFSTR(literal) __CFStringMakeConstantString("" literal "")
-MEMORYREGISTRY_EXPORT CFStringRef __CFStringMakeConstantString(const char* text);
-
-MEMORYREGISTRY_EXPORT CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator,
-                                                            const char* text,
-                                                            CFStringEncoding encoding);
-// In UTF-16 code units.
-MEMORYREGISTRY_EXPORT CFIndex CFStringGetLength(CFStringRef string);
-MEMORYREGISTRY_EXPORT CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length,
-                                                                CFStringEncoding encoding);
-// Converts `range` into `buffer`; returns how many code units were converted, and how many bytes
-// that took in `used` (may be null, as `buffer` may).
-MEMORYREGISTRY_EXPORT CFIndex CFStringGetBytes(CFStringRef string, CFRange range,
-                                               CFStringEncoding encoding, UInt8 lossByte,
-                                               Boolean isExternal, UInt8* buffer, CFIndex capacity,
-                                               CFIndex* used);
-MEMORYREGISTRY_EXPORT CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b,
-                                                         CFStringCompareFlags options);
-MEMORYREGISTRY_EXPORT Boolean CFStringHasPrefix(CFStringRef string, CFStringRef prefix);
-MEMORYREGISTRY_EXPORT CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef allocator,
-                                                                        CFStringRef string,
-                                                                        CFStringRef separator);
-
-MEMORYREGISTRY_EXPORT CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type,
-                                                 const void* value);
-// False when the number does not fit; the truncated value is written all the same.
-MEMORYREGISTRY_EXPORT Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
-
-MEMORYREGISTRY_EXPORT Boolean CFNumberIsFloatType(CFNumberRef number);
-
-MEMORYREGISTRY_EXPORT Boolean CFBooleanGetValue(CFBooleanRef boolean);
-
-MEMORYREGISTRY_EXPORT CFIndex CFDataGetLength(CFDataRef data);
-// Borrowed; may be null when there are none.
-MEMORYREGISTRY_EXPORT const UInt8* CFDataGetBytePtr(CFDataRef data);
-
-MEMORYREGISTRY_EXPORT CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values,
-                                               CFIndex count, const CFArrayCallBacks* callBacks);
-MEMORYREGISTRY_EXPORT CFIndex CFArrayGetCount(CFArrayRef array);
-MEMORYREGISTRY_EXPORT const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
-
-MEMORYREGISTRY_EXPORT CFMutableDictionaryRef CFDictionaryCreateMutable(
-    CFAllocatorRef allocator, CFIndex capacity, const CFDictionaryKeyCallBacks* keyCallBacks,
-    const CFDictionaryValueCallBacks* valueCallBacks);
-MEMORYREGISTRY_EXPORT void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key,
-                                                const void* value);
-MEMORYREGISTRY_EXPORT const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
-MEMORYREGISTRY_EXPORT CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
-// Borrowed, in no order; either may be null.
-MEMORYREGISTRY_EXPORT void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary,
-                                                        const void** keys, const void** values);

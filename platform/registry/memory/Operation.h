@@ -4,8 +4,8 @@
 
 namespace MemoryRegistry {
 
-// The operations of the seam that are counted. Those before `CFRetain` can be made to fail; the
-// others have no way to say so.
+// The operations of the seam that are counted, by their own names. Those before `CFRetain` can be
+// made to fail; the others have no way to say so.
 enum class Operation : unsigned {
   IOServiceGetMatchingService,
   IOServiceGetMatchingServices,
@@ -57,8 +57,11 @@ enum class Operation : unsigned {
   IOIteratorReset,
 };
 
+// How many there are, for tables with a place for each.
 inline constexpr std::size_t OperationCount =
     static_cast<std::size_t>(Operation::IOIteratorReset) + 1;
+
+// Whether an order to fail can be meant for the operation.
 inline constexpr bool canFail(Operation operation) { return operation < Operation::CFRetain; }
 
 }  // namespace MemoryRegistry
