@@ -49,7 +49,7 @@ namespace MemoryRegistry {
 // failure orders start from nothing.
 MEMORYREGISTRY_EXPORT void reset();
 
-// The entry that every path begins at. It is always there.
+// The entry above all others. It is always there.
 MEMORYREGISTRY_EXPORT EntryID root();
 
 // A new entry beneath `parent`, as its last child. Its ID is one that was never used before.

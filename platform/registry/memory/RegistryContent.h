@@ -69,7 +69,7 @@ struct EntryDescription {
 //   content.entries[1].description.className = "IOPlatformExpertDevice";
 //   content.entries[1].parents = {0};
 //   MemoryRegistry::replaceContent(content);
-//   return MemoryRegistry::path(2) == "IOService:/IOPlatformExpertDevice" ? 0 : 1;
+//   return MemoryRegistry::children(1) == std::vector<MemoryRegistry::EntryID>{2} ? 0 : 1;
 // }
 // \endcode
 struct RegistryContent {
