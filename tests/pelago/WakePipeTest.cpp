@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <set>
+#include <string>
 #include <system_error>
 
 namespace PelagoTest {
@@ -109,13 +110,16 @@ TEST(WakePipe, WithoutADescriptorLeftTheConstructorThrows) {
   const rlimit none{0, kept.rlim_max};
   ASSERT_EQ(0, ::setrlimit(RLIMIT_NOFILE, &none));
   int reason = 0;
+  std::string text;
   try {
     const WakePipe pipe;
   } catch (const std::system_error& failure) {
     reason = failure.code().value();
+    text = failure.what();
   }
   ::setrlimit(RLIMIT_NOFILE, &kept);
   EXPECT_EQ(EMFILE, reason);
+  EXPECT_EQ("WakePipe - No pipe: Too many open files", text);
 }
 
 }  // namespace

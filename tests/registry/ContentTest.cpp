@@ -150,9 +150,15 @@ TEST_F(ContentTest, IDsAddedLaterAreAboveAllThatWere) {
   EXPECT_LT(root, later);
   replaceContent(contentOf({{10, {}}, {UINT64_MAX, {0}}, {UINT64_MAX - 1, {0}}}));
   const EntryID another = add(10, "Another");
-  EXPECT_NE(0U, another);
+  EXPECT_EQ(1U, another) << "after the very last one it begins anew";
   EXPECT_TRUE(contains(UINT64_MAX));
   EXPECT_EQ(4U, MemoryRegistry::entryCount());
+}
+
+TEST_F(ContentTest, TheVeryLastIDAloneDoesNotMakeThemBeginAnew) {
+  const EntryID later = add(20, "Later");
+  replaceContent(contentOf({{10, {}}, {UINT64_MAX, {0}}}));
+  EXPECT_EQ(later + 1, add(10, "Another"));
 }
 
 TEST_F(ContentTest, WhatIsNoContentThrowsAndChangesNothing) {

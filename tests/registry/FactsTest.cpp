@@ -167,11 +167,13 @@ TEST_F(FactsTest, AllPropertiesComeAsFreshCopies) {
 TEST_F(FactsTest, ValuesTellWhatTheyAre) {
   const EntryID entry = add(root, "Entry");
   MemoryRegistry::setProperty(entry, "Yes", true);
+  MemoryRegistry::setProperty(entry, "No", false);
   MemoryRegistry::setProperty(entry, "Data", MemoryRegistry::Data{1, 2, 3});
   MemoryRegistry::setProperty(entry, "Real", 0.5);
   const auto yes = propertyOf(entry, "Yes");
   ASSERT_EQ(CFBooleanGetTypeID(), CFGetTypeID(yes.get()));
-  EXPECT_TRUE(CFBooleanGetValue(static_cast<CFBooleanRef>(yes.get())));
+  EXPECT_EQ(1, CFBooleanGetValue(static_cast<CFBooleanRef>(yes.get())));
+  EXPECT_EQ(0, CFBooleanGetValue(static_cast<CFBooleanRef>(propertyOf(entry, "No").get())));
   const auto data = propertyOf(entry, "Data");
   ASSERT_EQ(CFDataGetTypeID(), CFGetTypeID(data.get()));
   const auto* bytes = static_cast<CFDataRef>(data.get());

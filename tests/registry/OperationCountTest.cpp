@@ -8,9 +8,25 @@ using MemoryRegistry::Operation;
 
 class OperationCountTest : public RegistryFixture {
  protected:
+  struct Row {
+    Operation operation;
+    std::function<void()> call;
+  };
+
   OperationCountTest() : top(add(root, "Top")), below(add(top, "Below")) {
     MemoryRegistry::setProperty(top, "key", "value");
     MemoryRegistry::setLocation(top, "1");
+  }
+
+  template <std::size_t Count>
+  static void expectEachCounts(const Row (&rows)[Count]) {
+    for (std::size_t place = 0; place < Count; ++place) {
+      const auto before = MemoryRegistry::calls(rows[place].operation);
+      const auto allBefore = MemoryRegistry::calls();
+      rows[place].call();
+      EXPECT_EQ(before + 1, MemoryRegistry::calls(rows[place].operation)) << place;
+      EXPECT_EQ(allBefore + 1, MemoryRegistry::calls()) << place;
+    }
   }
 
   const EntryID top;
@@ -41,10 +57,7 @@ TEST_F(OperationCountTest, EachOperationCountsItselfAndNothingElse) {
   };
   CFDictionarySetValue(pairs.get(), CFSTR("IOProviderClass"), CFSTR("None"));
   const CFMutableDictionaryRef consumed = matched();
-  const struct {
-    Operation operation;
-    std::function<void()> call;
-  } rows[] = {
+  const Row rows[] = {
       {Operation::IOServiceGetMatchingService,
        [&] { IOServiceGetMatchingService(kIOMasterPortDefault, consumed); }},
       {Operation::IORegistryEntryFromPath,
@@ -118,15 +131,56 @@ TEST_F(OperationCountTest, EachOperationCountsItselfAndNothingElse) {
        [&] { CFDictionarySetValue(pairs.get(), text.get(), separator.get()); }},
       {Operation::CFDictionaryGetValue, [&] { CFDictionaryGetValue(pairs.get(), text.get()); }},
   };
-  std::size_t place = 0;
-  for (const auto& row : rows) {
-    const auto before = MemoryRegistry::calls(row.operation);
-    const auto allBefore = MemoryRegistry::calls();
-    row.call();
-    EXPECT_EQ(before + 1, MemoryRegistry::calls(row.operation)) << place;
-    EXPECT_EQ(allBefore + 1, MemoryRegistry::calls()) << place;
-    ++place;
-  }
+  expectEachCounts(rows);
+}
+
+TEST_F(OperationCountTest, SoDoesEachThatLooksAtEntriesAndValuesAsTheyAre) {
+  MemoryRegistry::setProperty(top, "Yes", true);
+  MemoryRegistry::setProperty(top, "Data", MemoryRegistry::Data{1});
+  const auto yes = propertyOf(top, "Yes");
+  const auto data = propertyOf(top, "Data");
+  const auto* boolean = static_cast<CFBooleanRef>(yes.get());
+  const auto* bytes = static_cast<CFDataRef>(data.get());
+  const CFMutableDictionaryRef consumed = dictionary().release();
+  Handle made;
+  Value<CFTypeRef> value;
+  Value<CFMutableDictionaryRef> properties;
+  io_name_t name;
+  std::uint64_t id = 0;
+  const Row rows[] = {
+      {Operation::IOServiceGetMatchingServices,
+       [&] { IOServiceGetMatchingServices(kIOMasterPortDefault, consumed, made.receive()); }},
+      {Operation::IOObjectRelease, [&] { made.reset(); }},
+      {Operation::IORegistryGetRootEntry,
+       [&] { made = Handle::adopt(IORegistryGetRootEntry(kIOMasterPortDefault)); }},
+      {Operation::IOObjectRelease, [&] { made.reset(); }},
+      {Operation::IORegistryEntryGetParentIterator,
+       [&] { IORegistryEntryGetParentIterator(child.get(), "IOService", made.receive()); }},
+      {Operation::IOObjectGetClass, [&] { IOObjectGetClass(entry.get(), name); }},
+      {Operation::IOObjectCopySuperclassForClass,
+       [&] {
+         value = Value<CFTypeRef>::adopt(IOObjectCopySuperclassForClass(CFSTR("IOService")));
+       }},
+      {Operation::CFRelease, [&] { value.reset(); }},
+      {Operation::IORegistryEntryGetRegistryEntryID,
+       [&] { IORegistryEntryGetRegistryEntryID(entry.get(), &id); }},
+      {Operation::IORegistryEntryGetNameInPlane,
+       [&] { IORegistryEntryGetNameInPlane(entry.get(), "IOService", name); }},
+      {Operation::IORegistryEntryCreateCFProperties,
+       [&] {
+         CFMutableDictionaryRef all = nullptr;
+         IORegistryEntryCreateCFProperties(entry.get(), &all, kCFAllocatorDefault, 0);
+         properties = Value<CFMutableDictionaryRef>::adopt(all);
+       }},
+      {Operation::CFDictionaryGetCount, [&] { CFDictionaryGetCount(properties.get()); }},
+      {Operation::CFDictionaryGetKeysAndValues,
+       [&] { CFDictionaryGetKeysAndValues(properties.get(), nullptr, nullptr); }},
+      {Operation::CFNumberIsFloatType, [&] { CFNumberIsFloatType(number.get()); }},
+      {Operation::CFBooleanGetValue, [&] { CFBooleanGetValue(boolean); }},
+      {Operation::CFDataGetLength, [&] { CFDataGetLength(bytes); }},
+      {Operation::CFDataGetBytePtr, [&] { CFDataGetBytePtr(bytes); }},
+  };
+  expectEachCounts(rows);
 }
 
 }  // namespace

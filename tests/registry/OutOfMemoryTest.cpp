@@ -116,4 +116,21 @@ TEST_F(RegistryMemoryTest, AWalkIsOpenedWholeOrNotAtAll) {
   }
 }
 
+TEST_F(RegistryMemoryTest, IteratorsThatAreGivenBackAreUsedAgain) {
+  add(top, "Child");
+  const Handle entry = handleOf(top);
+  const auto openAndClose = [&entry] {
+    Handle iterator;
+    IORegistryEntryGetChildIterator(entry.get(), "IOService", iterator.receive());
+    ASSERT_TRUE(iterator);
+    IORegistryEntryCreateIterator(entry.get(), "IOService", Down, iterator.receive());
+    ASSERT_TRUE(iterator);
+  };
+  openAndClose();
+  const std::uint64_t made = TestSupport::madeAllocations();
+  for (int i = 0; i < 10; ++i)
+    openAndClose();
+  EXPECT_EQ(made, TestSupport::madeAllocations());
+}
+
 }  // namespace

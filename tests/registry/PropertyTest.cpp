@@ -33,6 +33,21 @@ TEST_F(PropertyTest, AMissingPropertyIsNull) {
   MemoryRegistry::removeProperty(entry, "NeverHeardOf");
 }
 
+TEST_F(PropertyTest, RemovingOneThatIsNotThereLeavesTheOthers) {
+  constexpr CFIndex count = 10;
+  const auto key = [](CFIndex number) { return "Key " + std::to_string(number); };
+  for (CFIndex number = 0; number < count; ++number)
+    setProperty(entry, key(number), 1);
+  for (CFIndex number = 0; number < count; ++number) {
+    MemoryRegistry::removeProperty(entry, key(number));
+    MemoryRegistry::removeProperty(entry, key(number));
+    CFMutableDictionaryRef left = nullptr;
+    IORegistryEntryCreateCFProperties(handleOf(entry).get(), &left, kCFAllocatorDefault, 0);
+    EXPECT_EQ(count - number - 1,
+              CFDictionaryGetCount(Value<CFMutableDictionaryRef>::adopt(left).get()));
+  }
+}
+
 TEST_F(PropertyTest, NumbersOfUpTo32BitsAreSigned32BitNumbersAndWiderOnesSigned64BitNumbers) {
   const struct {
     MemoryRegistry::Number stored;
@@ -98,6 +113,21 @@ TEST_F(PropertyTest, StringsAreUTF8OrElseMacRoman) {
     setProperty(entry, "Text", row.stored);
     EXPECT_EQ(row.read, text(propertyOf(entry, "Text").get()));
   }
+}
+
+// As Python's codec mac_roman has it.
+TEST_F(PropertyTest, EachCharacterOfMacRomanIsItsOwn) {
+  const std::string upperHalf =
+      "ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü"
+      "†°¢£§•¶ß®©™´¨≠ÆØ∞±≤≥¥µ∂∑∏π∫ªºΩæø"
+      "¿¡¬√ƒ≈∆«»…\xC2\xA0ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ"
+      "‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\xEF\xA3\xBFÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
+  std::string read;
+  for (int byte = 0x80; byte < 0x100; ++byte) {
+    setProperty(entry, "Text", std::string(1, static_cast<char>(byte)));
+    read += text(propertyOf(entry, "Text").get());
+  }
+  EXPECT_EQ(upperHalf, read);
 }
 
 TEST_F(PropertyTest, EveryReadIsAFreshCopyOfItsOwn) {

@@ -48,6 +48,15 @@ TEST_F(TrapDeathTest, NullWhereAValueIsRequired) {
        [] { CFNumberGetValue(nullptr, kCFNumberIntType, nullptr); }},
       {"CFNumberGetValue", "null where a value is required",
        [] { CFNumberGetValue(cfNumber32(1).get(), kCFNumberIntType, nullptr); }},
+      {"CFNumberIsFloatType", "null where a value is required",
+       [] { CFNumberIsFloatType(nullptr); }},
+      {"CFBooleanGetValue", "null where a value is required", [] { CFBooleanGetValue(nullptr); }},
+      {"CFDataGetLength", "null where a value is required", [] { CFDataGetLength(nullptr); }},
+      {"CFDataGetBytePtr", "null where a value is required", [] { CFDataGetBytePtr(nullptr); }},
+      {"CFDictionaryGetCount", "null where a value is required",
+       [] { CFDictionaryGetCount(nullptr); }},
+      {"CFDictionaryGetKeysAndValues", "null where a value is required",
+       [] { CFDictionaryGetKeysAndValues(nullptr, nullptr, nullptr); }},
       {"CFArrayGetCount", "null where a value is required", [] { CFArrayGetCount(nullptr); }},
       {"CFArrayGetValueAtIndex", "null where a value is required",
        [] { CFArrayGetValueAtIndex(nullptr, 0); }},
@@ -86,6 +95,17 @@ TEST_F(TrapDeathTest, NullWhereAValueIsRequired) {
        [] { IORegistryEntryGetChildIterator(0, "IOService", nullptr); }},
       {"IORegistryEntryGetChildEntry", "null for the result",
        [] { IORegistryEntryGetChildEntry(0, "IOService", nullptr); }},
+      {"IORegistryEntryGetParentIterator", "null for the result",
+       [] { IORegistryEntryGetParentIterator(0, "IOService", nullptr); }},
+      {"IOServiceGetMatchingServices", "null for the result",
+       [] { IOServiceGetMatchingServices(kIOMasterPortDefault, nullptr, nullptr); }},
+      {"IOObjectGetClass", "null for the result", [] { IOObjectGetClass(0, nullptr); }},
+      {"IORegistryEntryGetRegistryEntryID", "null for the result",
+       [] { IORegistryEntryGetRegistryEntryID(0, nullptr); }},
+      {"IORegistryEntryGetNameInPlane", "null for the result",
+       [] { IORegistryEntryGetNameInPlane(0, "IOService", nullptr); }},
+      {"IORegistryEntryCreateCFProperties", "null for the result",
+       [] { IORegistryEntryCreateCFProperties(0, nullptr, kCFAllocatorDefault, 0); }},
       {"IORegistryEntryGetParentEntry", "null for the result",
        [] { IORegistryEntryGetParentEntry(0, "IOService", nullptr); }},
   });
@@ -126,6 +146,18 @@ TEST_F(TrapDeathTest, AValueOfAnotherTypeOrOutOfRange) {
          CFRetain(noDictionary);
          IOServiceGetMatchingService(kIOMasterPortDefault, noDictionary);
        }},
+      {"IOServiceGetMatchingServices", "a value of another type than required",
+       [&] {
+         io_iterator_t found = 0;
+         CFRetain(noDictionary);
+         IOServiceGetMatchingServices(kIOMasterPortDefault, noDictionary, &found);
+       }},
+      {"CFBooleanGetValue", "a value of another type than required",
+       [&] { CFBooleanGetValue(static_cast<CFBooleanRef>(untyped)); }},
+      {"CFDataGetLength", "a value of another type than required",
+       [&] { CFDataGetLength(static_cast<CFDataRef>(untyped)); }},
+      {"CFNumberIsFloatType", "a value of another type than required",
+       [&] { CFNumberIsFloatType(static_cast<CFNumberRef>(text)); }},
       {"CFStringGetBytes", "a range outside the string",
        [] {
          CFStringGetBytes(CFSTR("abc"), CFRangeMake(0, 4), kCFStringEncodingUTF8, 0, 0, nullptr, 0,
