@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -73,6 +74,25 @@ TEST(ArchiveFiles, AFileAbove512MiBIsRefusedUnread) {
   const std::string file = folder.write("large.plist", "x");
   ASSERT_EQ(0, ::truncate(file.c_str(), (off_t{512} << 20) + 1));
   EXPECT_EQ(file + ": is larger than 512 MiB", reasonAgainstFile(file));
+}
+
+// Memory that is reserved and never written.
+TEST(ArchiveFiles, WhatIsLookedAtMayHave512MiBAndNoMore) {
+  constexpr std::size_t largest = std::size_t{512} << 20U;
+  void* const memory =
+      ::mmap(nullptr, largest + 1, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(MAP_FAILED, memory);
+  const auto reason = [memory](std::size_t size) {
+    try {
+      MemoryRegistry::parseArchive(static_cast<const char*>(memory), size, "zeros");
+    } catch (const MemoryRegistry::ArchiveError& error) {
+      return std::string(error.what());
+    }
+    return std::string();
+  };
+  EXPECT_EQ("zeros: is not a property list, nor a text of ioreg", reason(largest));
+  EXPECT_EQ("zeros: is larger than 512 MiB", reason(largest + 1));
+  ::munmap(memory, largest + 1);
 }
 
 TEST(ArchiveFiles, AnErrorIsOneLineWhateverTheFilesName) {

@@ -4,6 +4,7 @@
 
 using MemoryRegistry::EntryID;
 using MemoryRegistry::RegistryContent;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -174,4 +175,10 @@ TEST(ArchiveShape, ACircleThatOnlyMergedPrintsCloseIsRefused) {
   const std::string ring = entry("2", children(entry("3"))) + entry("3", children(entry("4"))) +
                            entry("4", children(entry("2", children(entry("9")))));
   EXPECT_THAT(reasonAgainst(archive(children(ring))), HasSubstr("is beneath itself"));
+  // 2 is beneath the circle, and read before it, and yet no part of it.
+  const std::string below =
+      entry("2") + entry("3", children(entry("4"))) + entry("4", children(entry("3") + entry("2")));
+  EXPECT_THAT(
+      reasonAgainst(archive(children(below))),
+      AnyOf(HasSubstr("entry 0x3 is beneath itself"), HasSubstr("entry 0x4 is beneath itself")));
 }

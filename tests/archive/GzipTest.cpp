@@ -74,6 +74,15 @@ TEST(Gzip, WhatFollowsItIsRefused) {
             reasonAgainst(packed(archive()) + "\x1F\x8B\x08"));
 }
 
+TEST(Gzip, OneWhoseCheckOrSizeIsWrongIsDamagedAndNotCutOff) {
+  const std::string whole = packed(archive());
+  for (std::size_t fromTheEnd = 1; fromTheEnd <= 8; ++fromTheEnd) {
+    std::string bytes = whole;
+    bytes[bytes.size() - fromTheEnd] ^= 1;
+    EXPECT_EQ("it: has gzip data that are damaged", reasonAgainst(bytes)) << fromTheEnd;
+  }
+}
+
 TEST(Gzip, WhatIsWrongWithinItIsSaid) {
   EXPECT_THAT(reasonAgainst(packed("hello")), HasSubstr("unpacked: is not a property list"));
   EXPECT_EQ("it: unpacked: line 2: neither an entry nor a property",

@@ -34,6 +34,11 @@ std::string nestedArrays(std::size_t levels) {
   return "<key>k</key>" + repeated("<array>", levels) + repeated("</array>", levels);
 }
 
+std::string nestedDictionaries(std::size_t levels) {
+  return "<key>k</key>" + repeated("<dict><key>k</key>", levels) + "<true/>" +
+         repeated("</dict>", levels);
+}
+
 std::string filledArray(const std::string& element) {
   return archive("<key>k</key><array>" + repeated(element, tenMegabytes / element.size()) +
                  "</array>");
@@ -54,6 +59,8 @@ TEST(Limits, SoMayThePropertyOfAnEntryAtAnyDepth) {
   EXPECT_EQ("", reasonAgainst(binaryTwin(chain(1000, nestedArrays(1000)))));
   EXPECT_THAT(reasonAgainst(archive(nestedArrays(1001))), HasSubstr(propertyTooDeep));
   EXPECT_THAT(reasonAgainst(binaryTwin(archive(nestedArrays(1001)))), HasSubstr(propertyTooDeep));
+  EXPECT_EQ("", reasonAgainst(archive(nestedDictionaries(1000))));
+  EXPECT_THAT(reasonAgainst(archive(nestedDictionaries(1001))), HasSubstr(propertyTooDeep));
   EXPECT_THAT(reasonAgainst(chain(1000, nestedArrays(1001))), HasSubstr(propertyTooDeep));
 }
 

@@ -1,12 +1,14 @@
 // A file that can be opened and yet not read as it should. The linker sends the reader's calls of
-// read() here first: see CMakeLists.txt.
+// read() and fstat() here first: see CMakeLists.txt.
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <deque>
+#include <utility>
 
 #include "platform/registry/memory/archive/ArchiveError.h"
 #include "tests/archive/Support.h"
@@ -25,9 +27,15 @@ struct Answer {
 // For the next calls; those behind them are the system's alone.
 std::deque<Answer> answers;
 
+// Of the next fstat(); 0: none.
+int statusError = 0;
+
 class ReadFailure : public testing::Test {
  protected:
-  ~ReadFailure() override { answers.clear(); }
+  ~ReadFailure() override {
+    answers.clear();
+    statusError = 0;
+  }
 
   std::string reason() const {
     try {
@@ -56,6 +64,14 @@ extern "C" ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
   return __real_read(descriptor, buffer, std::min(size, answer.most));
 }
 
+extern "C" int __real_fstat(int descriptor, struct stat* status);
+
+extern "C" int __wrap_fstat(int descriptor, struct stat* status) {
+  if (statusError == 0) return __real_fstat(descriptor, status);
+  errno = std::exchange(statusError, 0);
+  return -1;
+}
+
 namespace {
 
 TEST_F(ReadFailure, IsNamedWithItsReason) {
@@ -63,6 +79,23 @@ TEST_F(ReadFailure, IsNamedWithItsReason) {
   EXPECT_EQ(file + ": cannot be read: Input/output error", reason());
   answers = {{0, 100}, {EIO, 0}};
   EXPECT_EQ(file + ": cannot be read: Input/output error", reason());
+}
+
+TEST_F(ReadFailure, OfTheFilesStateIsNamedWithItsReason) {
+  statusError = EIO;
+  EXPECT_EQ(file + ": cannot be read: Input/output error", reason());
+}
+
+// Then the file is descriptor 0.
+TEST_F(ReadFailure, AProgramWithoutStandardInputHasNone) {
+  const int kept = ::dup(STDIN_FILENO);
+  ASSERT_EQ(0, ::close(STDIN_FILENO));
+  EXPECT_EQ("", reason());
+  ASSERT_EQ(-1, ::close(STDIN_FILENO)) << "the file is still open";
+  if (kept >= 0) {
+    ::dup2(kept, STDIN_FILENO);
+    ::close(kept);
+  }
 }
 
 TEST_F(ReadFailure, ASignalIsNone) {
