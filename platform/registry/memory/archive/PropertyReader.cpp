@@ -9,8 +9,41 @@
 namespace MemoryRegistry {
 namespace {
 
-// Recursive; bounded by deepestValue.
-PropertyValue readValue(plist_t node, std::size_t depth);
+bool readBoolean(plist_t node) {
+  std::uint8_t value = 0;
+  plist_get_bool_val(node, &value);
+  return value != 0;
+}
+
+Number readNumber(plist_t node) {
+  std::uint64_t bits = 0;
+  plist_get_uint_val(node, &bits);
+  return numberOfUnknownWidth(bits);
+}
+
+double readReal(plist_t node) {
+  double value = 0;
+  plist_get_real_val(node, &value);
+  return value;
+}
+
+std::string readText(plist_t node) {
+  std::uint64_t size = 0;
+  const char* text = plist_get_string_ptr(node, &size);
+  return {text, static_cast<std::size_t>(size)};
+}
+
+Data readData(plist_t node) {
+  std::uint64_t size = 0;
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(plist_get_data_ptr(node, &size));
+  // libplist has no pointer for data without bytes.
+  return bytes == nullptr ? Data() : Data(bytes, bytes + size);
+}
+
+// Hands the value to `place`, which makes it where it belongs, in the type that it has. Recursive;
+// bounded by deepestValue.
+template <class Place>
+void readValue(plist_t node, std::size_t depth, const Place& place);
 
 // A dictionary in the making.
 class DictionaryReader {
@@ -18,8 +51,10 @@ class DictionaryReader {
   explicit DictionaryReader(std::size_t size) { _dictionary.reserve(size); }
 
   template <class Text>
-  void add(Text&& key, plist_t value, std::size_t depth) {
-    _dictionary.emplace_back(std::forward<Text>(key), readValue(value, depth));
+  void add(Text&& key, plist_t node, std::size_t depth) {
+    readValue(node, depth, [&](auto&& value) {
+      _dictionary.emplace_back(std::forward<Text>(key), std::forward<decltype(value)>(value));
+    });
     const std::size_t size = _dictionary.size();
     _sorted = _sorted && (size < 2 || _dictionary[size - 2].first < _dictionary[size - 1].first);
   }
@@ -48,62 +83,33 @@ Array readArray(plist_t node, std::size_t depth) {
   array.reserve(plist_array_get_size(node));
   ArrayElements elements(node);
   for (plist_t element = elements.next(); element != nullptr; element = elements.next()) {
-    array.push_back(readValue(element, depth + 1));
+    readValue(element, depth + 1,
+              [&](auto&& value) { array.emplace_back(std::forward<decltype(value)>(value)); });
   }
   return array;
 }
 
-PropertyValue readBoolean(plist_t node) {
-  std::uint8_t value = 0;
-  plist_get_bool_val(node, &value);
-  return value != 0;
-}
-
-PropertyValue readNumber(plist_t node) {
-  std::uint64_t bits = 0;
-  plist_get_uint_val(node, &bits);
-  return numberOfUnknownWidth(bits);
-}
-
-PropertyValue readReal(plist_t node) {
-  double value = 0;
-  plist_get_real_val(node, &value);
-  return value;
-}
-
-PropertyValue readText(plist_t node) {
-  std::uint64_t size = 0;
-  const char* text = plist_get_string_ptr(node, &size);
-  return std::string(text, static_cast<std::size_t>(size));
-}
-
-PropertyValue readData(plist_t node) {
-  std::uint64_t size = 0;
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(plist_get_data_ptr(node, &size));
-  // libplist has no pointer for data without bytes.
-  return bytes == nullptr ? Data() : Data(bytes, bytes + size);
-}
-
-PropertyValue readValue(plist_t node, std::size_t depth) {
+template <class Place>
+void readValue(plist_t node, std::size_t depth, const Place& place) {
   switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN:
-      return readBoolean(node);
+      return place(readBoolean(node));
     case PLIST_UINT:
-      return readNumber(node);
+      return place(readNumber(node));
     case PLIST_REAL:
-      return readReal(node);
+      return place(readReal(node));
     case PLIST_STRING:
-      return readText(node);
+      return place(readText(node));
     case PLIST_DATA:
-      return readData(node);
+      return place(readData(node));
     case PLIST_ARRAY:
       checkValueDepth(depth);
-      return readArray(node, depth);
+      return place(readArray(node, depth));
     case PLIST_DICT:
       checkValueDepth(depth);
-      return readDictionary(node, depth);
+      return place(readDictionary(node, depth));
     default:
-      return Opaque{};
+      return place(Opaque{});
   }
 }
 

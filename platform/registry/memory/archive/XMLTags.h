@@ -65,32 +65,64 @@ inline std::size_t leadingTabs(Word word) {
 class ElementName {
  public:
   constexpr ElementName(std::string_view tag, Element element)
-      : _name(tag.substr(0, tag.size() - 1)),
-        _element(element),
-        _tag(wordOf(tag)),
-        _mask(maskOf(tag.size())) {}
+      : _text(tag), _element(element), _tag(wordOf(tag)), _mask(maskOf(tag.size())) {}
 
-  constexpr std::string_view name() const { return _name; }
+  constexpr std::string_view name() const { return _text.substr(0, _text.size() - 1); }
   constexpr Element element() const { return _element; }
 
-  // Whether the word starts with the name and ">".
+  // The name and ">".
+  constexpr std::string_view tag() const { return _text; }
+  // Whether the word starts with it.
   bool startsTag(Word word) const { return (word & _mask) == _tag; }
-  std::size_t tagSize() const { return _name.size() + 1; }
 
  private:
-  std::string_view _name;
+  std::string_view _text;
   Element _element;
   Word _tag;
   Word _mask;
 };
 
-// The frequent ones first.
 inline constexpr ElementName elementNames[] = {
     {"key>", Element::Key},         {"integer>", Element::Integer}, {"string>", Element::String},
     {"dict>", Element::Dictionary}, {"data>", Element::Data},       {"array>", Element::Array},
     {"true>", Element::Boolean},    {"false>", Element::Boolean},   {"real>", Element::Real},
     {"date>", Element::Date},       {"plist>", Element::PList},
 };
+
+// Finds a tag's name by two of its bytes, so that one comparison is enough.
+class ElementTable {
+ public:
+  constexpr ElementTable() {
+    for (const ElementName& name : elementNames)
+      _names[place(name.tag()[0], name.tag()[3])] = &name;
+  }
+
+  // Whether each name has a place of its own.
+  constexpr bool isComplete() const {
+    for (const ElementName& name : elementNames) {
+      if (_names[place(name.tag()[0], name.tag()[3])] != &name) return false;
+    }
+    return true;
+  }
+
+  // The name that starts the text, of a word's size at least, with ">" behind it; null for none.
+  const ElementName* find(const char* text) const {
+    const ElementName* const name = _names[place(text[0], text[3])];
+    return name != nullptr && name->startsTag(wordAt(text)) ? name : nullptr;
+  }
+
+ private:
+  static constexpr std::size_t places = 32;
+
+  static constexpr std::size_t place(char first, char fourth) {
+    return (static_cast<unsigned char>(first) + 3U * static_cast<unsigned char>(fourth)) % places;
+  }
+
+  const ElementName* _names[places] = {};
+};
+
+inline constexpr ElementTable elementTable;
+static_assert(elementTable.isComplete());
 
 struct Tag {
   const ElementName* name = nullptr;
