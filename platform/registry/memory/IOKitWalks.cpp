@@ -13,6 +13,20 @@ io_iterator_t openWalk(Graph& graph, Entry& start, IOOptionBits options) {
                         (options & kIORegistryIterateRecursively) != 0);
 }
 
+// The links of an entry to one side, as they are now.
+kern_return_t openLinks(Operation operation, io_registry_entry_t entry, const char* plane,
+                        Links Entry::*side, io_iterator_t& iterator) {
+  iterator = 0;
+  if (const auto failure = OperationLog::instance().enter(operation)) return resultOf(*failure);
+  Graph& graph = Graph::instance();
+  const EntryOrError start = entryFor(entry);
+  if (start.entry == nullptr) return start.error;
+  // Unlike the walks, this one takes a plane that is unknown for one without links.
+  if (!isServicePlane(plane)) return kIOReturnSuccess;
+  iterator = graph.openSnapshot(start.entry->*side);
+  return kIOReturnSuccess;
+}
+
 // Any step, of any iterator.
 [[gnu::noinline]] io_object_t nextOf(io_iterator_t iterator) {
   if (OperationLog::instance().enter(Operation::IOIteratorNext)) return 0;
@@ -55,34 +69,15 @@ kern_return_t IORegistryCreateIterator(mach_port_t, const char* plane, IOOptionB
 kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const char* plane,
                                               io_iterator_t* iterator) {
   if (iterator == nullptr) trap("IORegistryEntryGetChildIterator", "null for the result");
-  *iterator = 0;
-  if (const auto failure =
-          OperationLog::instance().enter(Operation::IORegistryEntryGetChildIterator)) {
-    return resultOf(*failure);
-  }
-  Graph& graph = Graph::instance();
-  const EntryOrError start = entryFor(entry);
-  if (start.entry == nullptr) return start.error;
-  // Unlike the walks, this one takes a plane that is unknown for one without links.
-  if (!isServicePlane(plane)) return kIOReturnSuccess;
-  *iterator = graph.openSnapshot(start.entry->children);
-  return kIOReturnSuccess;
+  return openLinks(Operation::IORegistryEntryGetChildIterator, entry, plane, &Entry::children,
+                   *iterator);
 }
 
 kern_return_t IORegistryEntryGetParentIterator(io_registry_entry_t entry, const char* plane,
                                                io_iterator_t* iterator) {
   if (iterator == nullptr) trap("IORegistryEntryGetParentIterator", "null for the result");
-  *iterator = 0;
-  if (const auto failure =
-          OperationLog::instance().enter(Operation::IORegistryEntryGetParentIterator)) {
-    return resultOf(*failure);
-  }
-  Graph& graph = Graph::instance();
-  const EntryOrError start = entryFor(entry);
-  if (start.entry == nullptr) return start.error;
-  if (!isServicePlane(plane)) return kIOReturnSuccess;
-  *iterator = graph.openSnapshot(start.entry->parents);
-  return kIOReturnSuccess;
+  return openLinks(Operation::IORegistryEntryGetParentIterator, entry, plane, &Entry::parents,
+                   *iterator);
 }
 
 kern_return_t IOServiceGetMatchingServices(mach_port_t, CFDictionaryRef matching,
