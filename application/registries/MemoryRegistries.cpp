@@ -1,8 +1,11 @@
 // The registries of a program that is built on the in-memory registry: archives, recordings, and
 // the demo recording. The one file of the application that knows of that registry.
 
-#include <string_view>
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "application/progress/Progress.h"
 #include "application/registries/DemoRecording.h"
@@ -30,12 +33,8 @@ std::unique_ptr<Pelago::Clock> clockFor(bool paced) {
 // what the last change led to, and one more.
 class RecordingSource : public Source {
  public:
-  // `texts` are what a recording from memory reads, and stay where they are.
-  RecordingSource(Recording recording, bool paced, std::vector<std::string> texts = {})
-      : _texts(std::move(texts)),
-        _recording(std::move(recording)),
-        _paced(paced),
-        _clock(clockFor(paced)) {
+  RecordingSource(Recording recording, bool paced)
+      : _recording(std::move(recording)), _paced(paced), _clock(clockFor(paced)) {
     MemoryRegistry::reset();
   }
 
@@ -69,7 +68,6 @@ class RecordingSource : public Source {
   }
 
  private:
-  std::vector<std::string> _texts;
   Recording _recording;
   bool _paced;
   std::unique_ptr<Pelago::Clock> _clock;
@@ -91,14 +89,13 @@ std::unique_ptr<Source> openRegistry(const std::string& path, bool paced) {
 }
 
 std::unique_ptr<Source> openDefaultRegistry(bool paced) {
-  std::vector<std::string> texts(DemoArchiveCount);
-  std::vector<std::pair<std::int64_t, std::string_view>> archives;
+  std::vector<std::pair<std::int64_t, Recording::MakeText>> archives;
   for (std::size_t place = 0; place < DemoArchiveCount; ++place) {
-    texts[place] = textOf(DemoArchive[place]);
-    archives.emplace_back(std::stoll(std::string(DemoArchive[place].name)), texts[place]);
+    const EmbeddedText& embedded = DemoArchive[place];
+    archives.emplace_back(std::stoll(std::string(embedded.name)),
+                          [&embedded] { return textOf(embedded); });
   }
-  return std::make_unique<RecordingSource>(Recording::fromMemory(std::move(archives)), paced,
-                                           std::move(texts));
+  return std::make_unique<RecordingSource>(Recording::fromMemory(std::move(archives)), paced);
 }
 
 }  // namespace Program

@@ -20,9 +20,18 @@ std::string reasonAgainstRecording(const std::string& path) {
   return {};
 }
 
-std::string reasonAgainstTexts(std::vector<std::pair<std::int64_t, std::string_view>> texts) {
+using Texts = std::vector<std::pair<std::int64_t, std::string>>;
+
+Recording recordingOf(const Texts& texts) {
+  std::vector<std::pair<std::int64_t, Recording::MakeText>> archives;
+  for (const auto& [time, text] : texts)
+    archives.emplace_back(time, [text = text] { return text; });
+  return Recording::fromMemory(std::move(archives));
+}
+
+std::string reasonAgainstTexts(const Texts& texts) {
   try {
-    Recording recording = Recording::fromMemory(std::move(texts));
+    Recording recording = recordingOf(texts);
     for (std::size_t i = 0; i < recording.times().size(); ++i)
       recording.content(i);
   } catch (const ArchiveError& error) {
@@ -152,7 +161,7 @@ TEST(Recordings, AFolderThatCannotBeListedIsNamedWithTheReason) {
 TEST(Recordings, TextsInMemoryAreReadByTime) {
   const std::string first = archiveOf(1);
   const std::string second = archiveOf(2);
-  Recording recording = Recording::fromMemory({{700, second}, {0, first}});
+  Recording recording = recordingOf({{700, second}, {0, first}});
   EXPECT_THAT(recording.times(), ElementsAre(0, 700));
   EXPECT_EQ(1U, recording.content(0).entries.size());
   EXPECT_EQ(2U, recording.content(1).entries.size());

@@ -38,13 +38,14 @@ Recording Recording::open(const std::string& path, const ReadOne& readOne) {
   return recording;
 }
 
-Recording Recording::fromMemory(std::vector<std::pair<std::int64_t, std::string_view>> archives) {
-  std::sort(archives.begin(), archives.end());
+Recording Recording::fromMemory(std::vector<std::pair<std::int64_t, MakeText>> archives) {
+  std::stable_sort(archives.begin(), archives.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
   Recording recording;
-  for (const auto& [time, text] : archives) {
+  for (auto& [time, text] : archives) {
     recording._times.push_back(time);
     recording._names.push_back("built-in archive for time " + std::to_string(time));
-    recording._texts.push_back(text);
+    recording._texts.push_back(std::move(text));
   }
   checkTimes("built-in recording", recording._times);
   return recording;
@@ -59,7 +60,7 @@ RegistryContent Recording::content(std::size_t index) {
 
 RegistryContent Recording::read(std::size_t index) const {
   if (_texts.empty()) return readArchive(_names.at(index));
-  const std::string_view text = _texts.at(index);
+  const std::string text = _texts.at(index)();
   return parseArchive(text.data(), text.size(), _names.at(index));
 }
 

@@ -5,7 +5,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,8 +27,9 @@ class Recording {
   using ReadOne = std::function<void(std::size_t count, std::size_t all)>;
   static Recording open(const std::string& path, const ReadOne& readOne = {});
 
-  // From texts that outlive the recording and are read when they are asked for.
-  static Recording fromMemory(std::vector<std::pair<std::int64_t, std::string_view>> archives);
+  // From texts that are made when they are asked for, so that one is in memory at a time.
+  using MakeText = std::function<std::string()>;
+  static Recording fromMemory(std::vector<std::pair<std::int64_t, MakeText>> archives);
 
   // Ascending; the first is 0.
   const std::vector<std::int64_t>& times() const { return _times; }
@@ -42,8 +42,8 @@ class Recording {
   RegistryContent read(std::size_t index) const;
 
   std::vector<std::int64_t> _times;
-  std::vector<std::string> _names;       // files, or what stands for them in messages
-  std::vector<std::string_view> _texts;  // empty when the archives are files
+  std::vector<std::string> _names;  // files, or what stands for them in messages
+  std::vector<MakeText> _texts;     // empty when the archives are files
   std::optional<RegistryContent> _first;
 };
 
