@@ -134,7 +134,7 @@ Owned<Value> make() {
 
 // ---- Looking
 
-CFType typeOf(CFTypeRef value);
+inline CFType typeOf(CFTypeRef value) { return static_cast<const CFHeader*>(value)->type; }
 
 // The value as the type it must have; traps when it is null or of another.
 template <class Value>

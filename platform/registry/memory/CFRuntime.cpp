@@ -72,8 +72,6 @@ void forgetLiveValues() {
   ++currentEra;
 }
 
-CFType typeOf(CFTypeRef value) { return static_cast<const CFHeader*>(value)->type; }
-
 void retain(CFTypeRef value) {
   CFHeader& header = headerOf(value);
   if (!header.constant) ++header.references;

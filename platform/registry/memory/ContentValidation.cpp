@@ -32,7 +32,7 @@ std::vector<std::size_t> orderByID(const Entries& entries) {
 }
 
 std::vector<Edge> sortedEdges(std::vector<Edge> edges) {
-  std::sort(edges.begin(), edges.end());
+  if (!std::is_sorted(edges.begin(), edges.end())) std::sort(edges.begin(), edges.end());
   if (std::adjacent_find(edges.begin(), edges.end()) != edges.end()) {
     refuse("a second link between the same two entries");
   }

@@ -130,17 +130,42 @@ bool isMedia(const Entry& entry) {
   return entry.facts.classInfo->derivesFrom(media);
 }
 
-bool meets(Graph& graph, const Entry& entry, const __CFDictionary::Pair& wanted) {
-  const __CFString* key = asString(wanted.key);
-  if (key == nullptr) return true;
-  const auto restriction =
-      std::find_if(std::begin(restrictions), std::end(restrictions),
-                   [key](const Restriction& candidate) { return candidate.key == key->text; });
-  if (restriction != std::end(restrictions)) return restriction->holds(graph, entry, wanted.value);
-  if (holds(comparedKeys, key->text) || (isMedia(entry) && holds(comparedMediaKeys, key->text))) {
-    return hasEqualProperty(entry, wanted.key, wanted.value);
+// What one pair of a matching dictionary asks for, found out once for all entries.
+class Condition {
+ public:
+  explicit Condition(const __CFDictionary::Pair& wanted) : _wanted(&wanted) {
+    const __CFString* key = asString(wanted.key);
+    if (key == nullptr) return;
+    const auto* restriction =
+        std::find_if(std::begin(restrictions), std::end(restrictions),
+                     [key](const Restriction& candidate) { return candidate.key == key->text; });
+    if (restriction != std::end(restrictions)) _restriction = restriction->holds;
+    _isCompared = holds(comparedKeys, key->text);
+    _isComparedForMedia = holds(comparedMediaKeys, key->text);
   }
-  return true;
+
+  bool restricts() const { return _restriction != nullptr || _isCompared || _isComparedForMedia; }
+
+  bool isMetBy(Graph& graph, const Entry& entry) const {
+    if (_restriction != nullptr) return _restriction(graph, entry, _wanted->value);
+    if (!_isCompared && !isMedia(entry)) return true;
+    return hasEqualProperty(entry, _wanted->key, _wanted->value);
+  }
+
+ private:
+  const __CFDictionary::Pair* _wanted;
+  decltype(Restriction::holds) _restriction = nullptr;
+  bool _isCompared = false;
+  bool _isComparedForMedia = false;
+};
+
+std::vector<Condition> conditionsOf(const __CFDictionary& matching) {
+  std::vector<Condition> conditions;
+  for (const auto& pair : matching.pairs) {
+    const Condition condition(pair);
+    if (condition.restricts()) conditions.push_back(condition);
+  }
+  return conditions;
 }
 
 bool canBeFound(const Entry& entry) {
@@ -167,9 +192,10 @@ void visitServices(Graph& graph, const __CFDictionary& matching, Visit visit) {
   const Symbol symbol = className != nullptr ? findSymbol(className->text) : nullptr;
   if (className != nullptr && symbol == nullptr) return;
 
+  const std::vector<Condition> conditions = conditionsOf(matching);
   const auto meetsAll = [&](const Entry& entry) {
-    return std::all_of(matching.pairs.begin(), matching.pairs.end(),
-                       [&](const auto& pair) { return meets(graph, entry, pair); });
+    return std::all_of(conditions.begin(), conditions.end(),
+                       [&](const Condition& condition) { return condition.isMetBy(graph, entry); });
   };
   for (const auto& candidates : ClassTable::instance().all()) {
     if (symbol != nullptr && !candidates->derivesFrom(classNumberOf(symbol))) continue;

@@ -29,18 +29,18 @@ std::string_view takePart(std::string_view& location) {
   return part;
 }
 
-bool isHexadecimal(std::string_view part) {
-  return !part.empty() && std::all_of(part.begin(), part.end(), [](char digit) {
-    return std::isxdigit(static_cast<unsigned char>(digit)) != 0;
-  });
+bool isHexadecimalDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }
 
 bool isLocation(std::string_view text) {
-  if (text.empty() || separates(text.back())) return false;
-  while (!text.empty()) {
-    if (!isHexadecimal(takePart(text))) return false;
+  bool inPart = false;
+  for (const char c : text) {
+    const bool isDigit = isHexadecimalDigit(c);
+    if (!isDigit && (!inPart || !separates(c))) return false;
+    inPart = isDigit;
   }
-  return true;
+  return inPart;
 }
 
 // As text, because a part may have any number of digits.
@@ -54,7 +54,9 @@ bool sameNumber(std::string_view a, std::string_view b) {
 }
 
 bool sameLocation(std::string_view a, std::string_view b) {
-  if (!isLocation(a) || !isLocation(b)) return false;
+  if (!isLocation(a)) return false;
+  if (a == b) return true;
+  if (!isLocation(b)) return false;
   while (!a.empty() || !b.empty()) {
     if (!sameNumber(takePart(a), takePart(b))) return false;  // a missing part is empty, as 0 is
   }

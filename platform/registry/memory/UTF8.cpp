@@ -1,6 +1,7 @@
 #include "platform/registry/memory/UTF8.h"
 
 #include <array>
+#include <cstring>
 
 namespace MemoryRegistry {
 
@@ -49,6 +50,16 @@ bool isValidAt(std::string_view text, std::size_t place, const Form& form) {
   return character >= form.lowest && character <= 0x10FFFF && !surrogate;
 }
 
+// How many bytes at the front are ASCII, looked at and counted eight at a time.
+std::size_t asciiWords(std::string_view text) {
+  std::size_t place = 0;
+  for (std::uint64_t word = 0; text.size() - place >= sizeof word; place += sizeof word) {
+    std::memcpy(&word, text.data() + place, sizeof word);
+    if ((word & 0x8080808080808080U) != 0) break;
+  }
+  return place;
+}
+
 void append(std::string& text, std::uint32_t character) {
   const auto put = [&text](std::uint32_t byte) { text.push_back(static_cast<char>(byte)); };
   if (character < 0x80) {
@@ -66,8 +77,9 @@ void append(std::string& text, std::uint32_t character) {
 }  // namespace
 
 long utf16Length(std::string_view text) {
-  long length = 0;
-  for (std::size_t place = 0; place < text.size();) {
+  std::size_t place = asciiWords(text);
+  auto length = static_cast<long>(place);
+  while (place < text.size()) {
     const std::uint32_t first = byteAt(text, place);
     if (first < 0x80) {
       ++place;
