@@ -43,6 +43,8 @@ bool isIn(const Range (&ranges)[Count], char32_t character) {
 }
 
 int columnsOf(char32_t character) {
+  static_assert(combining[0].first < wide[0].first);
+  if (character < combining[0].first) return 1;
   if (isIn(combining, character)) return 0;
   return isIn(wide, character) ? 2 : 1;
 }
