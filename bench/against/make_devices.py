@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Writes so many devices twice: for raidmonitor, two-bay enclosures in an archive (as XML and as a binary
-list), and for umockdev, block
-devices with a few attributes each: bench/against/make_devices.py COUNT FOLDER
+"""Writes so many devices twice: for raidmonitor, two-bay enclosures in an archive (as a text of ioreg, as
+XML and as a binary list), and for umockdev, block devices with a few attributes each:
+
+    bench/against/make_devices.py COUNT FOLDER
 """
 
 import itertools
@@ -69,6 +70,30 @@ def archive(count):
     return entry("IORegistryEntry", "Root", "", [computer])
 
 
+def printed(value):
+    if isinstance(value, list):
+        return "(" + ",".join(printed(part) for part in value) + ")"
+    return f'"{value}"' if isinstance(value, str) else str(value)
+
+
+# The lines of an entry and of what is beneath it, as `ioreg -l -w0` prints them.
+def text_of(made, indentation="", is_last=True):
+    location = made.get("IORegistryEntryLocation")
+    name = made["IORegistryEntryName"] + (f"@{location}" if location else "")
+    yield f'{indentation}+-o {name}  <class {made["IOObjectClass"]}, id {made["IORegistryEntryID"]:#x}, retain 5>'
+    children = made.get("IORegistryEntryChildren", [])
+    below = indentation + ("  " if is_last else "| ")
+    inner = below + ("| " if children else "  ")
+    yield inner + "{"
+    for key, value in made.items():
+        if not key.startswith(("IORegistryEntry", "IOObject")):
+            yield f'{inner}  "{key}" = {printed(value)}'
+    yield inner + "}"
+    yield inner
+    for place, child in enumerate(children):
+        yield from text_of(child, below, place + 1 == len(children))
+
+
 def mock(count):
     lines = []
     for n in range(count):
@@ -82,8 +107,9 @@ def main(count, folder):
     folder = pathlib.Path(folder)
     (folder / "devices.umockdev").write_text(mock(count))
     content = archive(count)
+    (folder / "text").write_text("\n".join(text_of(content)) + "\n")
     for name, form in (("xml", plistlib.FMT_XML), ("binary", plistlib.FMT_BINARY)):
-        with open(folder / f"{name}.plist", "wb") as file:
+        with open(folder / name, "wb") as file:
             plistlib.dump(content, file, fmt=form, sort_keys=False)
 
 
