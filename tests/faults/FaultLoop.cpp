@@ -2,51 +2,22 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <optional>
+#include <exception>
+#include <numeric>
 
-#include "tests/faults/KeptModel.h"
-#include "tests/faults/Restoration.h"
+#include "tests/faults/Branch.h"
+#include "tests/faults/FaultMode.h"
+#include "tests/faults/LifeJudge.h"
 #include "tests/support/FailingMemory.h"
 
 namespace FaultTest {
 namespace {
 
-using MemoryRegistry::Failure;
-using MemoryRegistry::Operation;
-using MemoryRegistry::OperationCount;
-using MemoryRegistry::Repeat;
 using TestSupport::FailingAllocation;
 using TestSupport::PlentyOfMemory;
 
-constexpr Pelago::Milliseconds Period = 2000;
 constexpr std::size_t MostComplaints = 12;
-
-// Those that return both a result and a handle.
-constexpr Operation WithHandles[] = {
-    Operation::IORegistryEntryGetParentEntry, Operation::IORegistryEntryGetChildEntry,
-    Operation::IORegistryEntryCreateIterator, Operation::IORegistryEntryGetChildIterator};
-
-std::uint64_t failableCalls() {
-  std::uint64_t calls = 0;
-  for (std::size_t number = 0; number < OperationCount; ++number) {
-    const auto operation = static_cast<Operation>(number);
-    if (canFail(operation)) calls += MemoryRegistry::calls(operation);
-  }
-  return calls;
-}
-
-KeptReferences held() {
-  KeptReferences held;
-  for (const auto& entry : MemoryRegistry::accounts().entries)
-    held[entry.id] += entry.references;
-  return held;
-}
-
-std::string account(const char* what, std::uint64_t id, std::uint64_t expected,
-                    std::uint64_t found) {
-  return what + (" on entry " + std::to_string(id)) + ": " + std::to_string(found) +
-         " instead of " + std::to_string(expected);
-}
+constexpr std::chrono::seconds LongestSilence{60};  // however much else the machine has to do
 
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool isSanitized = true;
@@ -56,178 +27,267 @@ constexpr bool isSanitized = __has_feature(address_sanitizer);
 constexpr bool isSanitized = false;
 #endif
 
-// A life costs as much as its operations: at most some seconds' worth of them for each scenario, so
-// that all tests stay within the time that somebody waits for them.
+// A branch costs as much as some thousand operations. At most some seconds' worth of them for each
+// scenario, so that all tests stay within the time that somebody waits for them.
 unsigned strideFor(std::uint64_t operations, std::uint64_t faults) {
-  if (const char* stride = std::getenv("FAULT_STRIDE")) {
+  if (const char* stride = std::getenv("FAULT_STRIDE"))
     return std::max(1U, static_cast<unsigned>(std::strtoul(stride, nullptr, 10)));
-  }
-  constexpr std::uint64_t affordable = isSanitized ? 800'000 : 40'000'000;
+  if (!isSanitized) return 1;
+  constexpr std::uint64_t affordable = 800'000;
   return static_cast<unsigned>(1 + operations * faults / affordable);
+}
+
+// Lives of fewer calls are tried from their beginning: to branch off costs as much.
+constexpr std::uint64_t LongLife = 60'000;
+constexpr std::uint64_t MostPerBranch = 100;
+
+// Branches tell of a fault that they begin to try, of complaints, and of texts that are new.
+constexpr char Fault = '?';
+constexpr char Complaint = '!';
+constexpr char LoggedText = '=';
+
+template <class Texts>
+void tellAll(char kind, const Texts& texts) {
+  for (const std::string& text : texts)
+    tell(kind + text);
 }
 
 class Loop {
  public:
-  Loop(const Scenario& scenario, Share share) : _scenario(scenario), _share(share) {}
+  Loop(const Scenario& scenario, Share share, std::vector<FaultMode> modes)
+      : _scenario(scenario), _share(share), _modes(std::move(modes)) {}
 
-  Tally registryFaults() {
-    playClean();
-    _tally.stride = strideFor(_tally.operations, 2 * _tally.operations);
-    forEachOf(_tally.operations, 0, "operation, once",
-              [](std::uint64_t n) { MemoryRegistry::failAnyCall(n, Repeat::Once); });
-    // With a stride those in between, so that of two operations each fails in one way at least.
-    forEachOf(_tally.operations, _tally.stride / 2, "operation, for good",
-              [](std::uint64_t n) { MemoryRegistry::failAnyCall(n, Repeat::FromThenOn); });
-    for (const Operation operation : WithHandles) {
-      forEachOf(_calls[static_cast<std::size_t>(operation)], 0, "null", [&](std::uint64_t n) {
-        MemoryRegistry::failCall(operation, n, Repeat::Once, Failure::NullSuccess);
-      });
-    }
-    return _tally;
-  }
-
-  Tally allocationFailures() {
-    playClean();
-    _tally.stride = strideFor(_tally.operations, _allocations);
-    forEachOf(_allocations, 0, "allocation", [&](std::uint64_t n) { _failing.emplace(n - 1); });
-    _tally.operations = _allocations;
-    return _tally;
-  }
+  Tally work();
 
  private:
-  // Those of this share.
-  template <class Arm>
-  void forEachOf(std::uint64_t count, unsigned offset, const char* what, const Arm& arm) {
-    const std::uint64_t first = 1 + offset + std::uint64_t{_share.number} * _tally.stride;
-    const std::uint64_t step = std::uint64_t{_share.of} * _tally.stride;
-    for (std::uint64_t n = first; n <= count; n += step)
-      tryOne(what + (" " + std::to_string(n)), [&] { arm(n); });
-  }
+  using Counts = std::vector<std::uint64_t>;  // by mode, since the life began
 
-  // Twice: what is asked for but once, by whoever, is there afterwards.
-  void playClean() {
-    for (const bool isFirst : {true, false}) {
-      _warmUp = isFirst;
-      const Balance balance(*this, "clean");
-      Life life;
-      const std::uint64_t before = TestSupport::madeAllocations();
-      _scenario.play(life);
-      _allocations = TestSupport::madeAllocations() - before;
-      _tally.operations = failableCalls();
-      for (std::size_t number = 0; number < OperationCount; ++number)
-        _calls[number] = MemoryRegistry::calls(static_cast<Operation>(number));
-      _ending = letSettle(life);
-      check(life, "clean");
-    }
-  }
+  void playClean();
+  void play(Life& life, const std::function<void()>& atCall);
+  void finish(Life& life, LifeJudge& judge, const FaultMode* mode) const;
 
-  void tryOne(const std::string& fault, const std::function<void()>& arm) {
-    const Balance balance(*this, fault);
-    Life life;
-    arm();
-    _scenario.play(life);
-    MemoryRegistry::failNothing();
-    ++_tally.faults;
-    const bool failed = _failing && _failing->failed();
-    _failing.reset();
-    if (failed && life.exceptions() != 1) complain(fault, "no exception");
-    const Ending ending = letSettle(life);
-    complainAll(fault, " (1) ",
-                differences(_ending.first, ending.first, _scenario.unreadable, true));
-    complainAll(fault, " (2) ",
-                differences(_ending.second, ending.second, _scenario.unreadable, false));
-    check(life, fault);
-  }
+  void tryFromBeginning();
+  [[noreturn]] void tryInBranch(const FaultMode& mode, std::uint64_t first, std::uint64_t last);
+  void tryLife(const FaultMode& mode, std::uint64_t n, LifeJudge& judge);
 
-  // What a life has asked for is given back when it has ended.
-  class Balance {
-   public:
-    Balance(Loop& loop, std::string life) : _loop(loop), _life(std::move(life)) {
-      MemoryRegistry::reset();
-      _before = TestSupport::liveAllocations();
-    }
-    ~Balance() {
-      MemoryRegistry::reset();
-      const std::size_t after = TestSupport::liveAllocations();
-      if (after == _before || _loop._warmUp) return;
-      _loop.complain(_life, std::to_string(after) + " allocations are alive instead of " +
-                                std::to_string(_before));
-    }
-    Balance(const Balance&) = delete;
-    Balance& operator=(const Balance&) = delete;
+  void tryFromCalls();
+  void branchOffForEach();
 
-   private:
-    Loop& _loop;
-    std::string _life;
-    std::size_t _before = 0;
-  };
+  std::uint64_t accept(const BranchReport& report);
+  void complainAll(const std::string& life, const std::vector<std::string>& complaints);
 
-  Ending letSettle(Life& life) {
-    Ending ending;
-    life.pass(Period);
-    ending.first = life.view();
-    life.pass(Period);
-    ending.second = life.view();
-    return ending;
-  }
-
-  // What holds at the end of every life.
-  void check(Life& life, const std::string& fault) {
-    complainAll(fault, " ", unreported(life.view()));
-    complainAll(fault, " ", life.client().complaints());
-    life.end();
-    const auto accounts = MemoryRegistry::accounts();
-    if (accounts.iterators != 0) complain(fault, "iterators are left");
-    if (accounts.values != 0) complain(fault, "values are left");
-    settle(fault, keptReferences(life.trace()), held());
-  }
-
-  void settle(const std::string& fault, Kept expected, const KeptReferences& found) {
-    for (const auto& [id, references] : found) {
-      const std::uint64_t least = expected.references[id];
-      if (references < least || references > least + expected.unsure[id]) {
-        complain(fault, account("kept", id, least, references));
-      }
-    }
-    for (const auto& [id, references] : expected.references) {
-      if (references != 0 && found.count(id) == 0) {
-        complain(fault, account("kept", id, references, 0));
-      }
-    }
-  }
-
-  void complainAll(const std::string& fault, const char* between,
-                   const std::vector<std::string>& texts) {
-    for (const auto& text : texts)
-      complain(fault, between + text);
-  }
-  void complain(const std::string& fault, const std::string& text) {
-    const PlentyOfMemory plenty;
-    if (_tally.complaints.size() < MostComplaints) {
-      _tally.complaints.push_back(_scenario.name + ", " + fault + ": " + text);
-    }
-  }
+  std::uint64_t step() const { return std::uint64_t{_share.of} * _tally.stride; }
+  std::uint64_t firstOf(const FaultMode& mode, std::uint64_t after) const;
+  bool isEnough() const { return _tally.complaints.size() >= MostComplaints; }
+  Counts counts() const;
 
   const Scenario& _scenario;
   Share _share;
-  std::optional<FailingAllocation> _failing;
-  std::uint64_t _allocations = 0;
-  std::uint64_t _calls[OperationCount] = {};
+  std::vector<FaultMode> _modes;
+  Counts _start;
+  std::vector<Counts> _points;  // of the clean life: at its beginning, before each call, at its end
+  std::size_t _point = 0;
+  std::uint64_t _callsOfLife = 0;
   Ending _ending;
-  bool _warmUp = false;
+  const FaultMode* _branch = nullptr;  // what fails, where this is a branch from a call
   Tally _tally;
 };
+
+Tally Loop::work() {
+  // Twice: what is asked for but once, by whoever, is there afterwards.
+  playClean();
+  playClean();
+  _tally.operations = _points.back().front();
+  const Counts& all = _points.back();
+  _tally.stride =
+      strideFor(_callsOfLife, std::accumulate(all.begin(), all.end(), std::uint64_t{0}));
+  if (_callsOfLife < LongLife) {
+    tryFromBeginning();
+  } else {
+    tryFromCalls();
+  }
+  return _tally;
+}
+
+// ---- Lives --------------------------------------------------------------------------------------
+
+Loop::Counts Loop::counts() const {
+  Counts counts;
+  for (std::size_t mode = 0; mode < _modes.size(); ++mode)
+    counts.push_back(_modes[mode].count() - (_start.empty() ? 0 : _start[mode]));
+  return counts;
+}
+
+void Loop::play(Life& life, const std::function<void()>& atCall) {
+  {
+    const PlentyOfMemory plenty;
+    _start.clear();
+    _start = counts();
+  }
+  atCall();
+  life.beforeCalls(atCall);
+  _scenario.play(life);
+  life.beforeCalls({});
+}
+
+void Loop::playClean() {
+  _points.clear();
+  const auto notePoint = [this] {
+    const PlentyOfMemory plenty;
+    _points.push_back(counts());
+  };
+  LifeJudge judge(_scenario.unreadable);
+  {
+    Life life;
+    play(life, notePoint);
+    notePoint();
+    _callsOfLife = MemoryRegistry::calls();
+    _ending = judge.judge(life, nullptr);
+  }
+  judge.judgeMemory();
+  _tally.complaints.clear();
+  complainAll("clean", judge.complaints());
+}
+
+void Loop::finish(Life& life, LifeJudge& judge, const FaultMode* mode) const {
+  if (mode != nullptr) {
+    mode->lift();
+    if (life.exceptions() != mode->exceptions)
+      judge.complain(std::to_string(life.exceptions()) + " exceptions");
+  }
+  judge.judge(life, &_ending);
+}
+
+// ---- From the beginning, many in a branch -------------------------------------------------------
+
+void Loop::tryFromBeginning() {
+  for (std::size_t index = 0; index < _modes.size(); ++index) {
+    const FaultMode& mode = _modes[index];
+    const std::uint64_t last = _points.back()[index];
+    std::uint64_t n = firstOf(mode, 0);
+    while (n <= last && !isEnough()) {
+      const auto report = branchOff(LongestSilence);
+      if (!report) tryInBranch(mode, n, std::min(last, n + step() * (MostPerBranch - 1)));
+      // After one that crashed with the next.
+      n += step() * accept(*report);
+    }
+  }
+}
+
+void Loop::tryInBranch(const FaultMode& mode, std::uint64_t first, std::uint64_t last) {
+  forgetLoggedTexts();
+  for (std::uint64_t n = first; n <= last; n += step()) {
+    tell(Fault + mode.name + " " + std::to_string(n));
+    LifeJudge judge(_scenario.unreadable);
+    tryLife(mode, n, judge);
+    judge.judgeMemory();
+    tellAll(Complaint, judge.complaints());
+  }
+  tellAll(LoggedText, loggedTexts());
+  endBranch();
+}
+
+void Loop::tryLife(const FaultMode& mode, std::uint64_t n, LifeJudge& judge) {
+  try {
+    Life life;
+    mode.fail(n);
+    _scenario.play(life);
+    finish(life, judge, &mode);
+  } catch (const std::exception& exception) {
+    mode.lift();
+    judge.complain(std::string("threw ") + exception.what());
+  }
+}
+
+// ---- From the call in which it happens, one in a branch -----------------------------------------
+
+// The life that goes on from one fault to the next is a clean one.
+void Loop::tryFromCalls() {
+  LifeJudge judge(_scenario.unreadable);
+  try {
+    Life life;
+    play(life, [this] { branchOffForEach(); });
+    finish(life, judge, _branch);
+  } catch (const std::exception& exception) {
+    // A branch must not get out of here: it would run the other tests.
+    if (_branch == nullptr) throw;
+    judge.complain(std::string("threw ") + exception.what());
+  }
+  judge.judgeMemory();
+  if (_branch == nullptr) return complainAll("clean", judge.complaints());
+  tellAll(Complaint, judge.complaints());
+  tellAll(LoggedText, loggedTexts());
+  endBranch();
+}
+
+// Each fault that comes to pass before the next call.
+void Loop::branchOffForEach() {
+  if (_branch != nullptr) return;
+  const PlentyOfMemory plenty;
+  const Counts& from = _points.at(_point);
+  const Counts& to = _points.at(++_point);
+  if (counts() != from) complainAll("clean", {"is not played as it was before"});
+  for (std::size_t index = 0; index < _modes.size(); ++index) {
+    const FaultMode& mode = _modes[index];
+    for (std::uint64_t n = firstOf(mode, from[index]); n <= to[index] && !isEnough(); n += step()) {
+      if (const auto report = branchOff(LongestSilence)) {
+        accept(*report);
+        continue;
+      }
+      forgetLoggedTexts();
+      tell(Fault + mode.name + " " + std::to_string(n));
+      _branch = &mode;
+      mode.fail(n - from[index]);
+      return;
+    }
+  }
+}
+
+// ---- What came of it ----------------------------------------------------------------------------
+
+// Those of this share are numbered first, first + step and so on.
+std::uint64_t Loop::firstOf(const FaultMode& mode, std::uint64_t after) const {
+  const std::uint64_t first =
+      1 + (mode.isBetween ? _tally.stride / 2 : 0) + std::uint64_t{_share.number} * _tally.stride;
+  if (first > after) return first;
+  return first + (after - first) / step() * step() + step();
+}
+
+// Returns how many faults were tried.
+std::uint64_t Loop::accept(const BranchReport& report) {
+  std::uint64_t faults = 0;
+  std::string fault = "before the first fault";
+  for (const std::string& line : report.lines) {
+    const std::string text = line.substr(1);
+    if (line.front() == Fault) {
+      ++faults;
+      fault = text;
+    } else if (line.front() == Complaint) {
+      complainAll(fault, {text});
+    } else {
+      noteLoggedText(text);
+    }
+  }
+  if (!report.failure.empty()) complainAll(fault, {report.failure});
+  _tally.faults += faults;
+  return faults;
+}
+
+void Loop::complainAll(const std::string& life, const std::vector<std::string>& complaints) {
+  for (const std::string& complaint : complaints)
+    _tally.complaints.push_back(_scenario.name + ", " + life + ": " + complaint);
+}
 
 }  // namespace
 
 Tally tryRegistryFaults(const Scenario& scenario, Share share) {
   const NoOutput silence;
-  return Loop(scenario, share).registryFaults();
+  return Loop(scenario, share, registryFaultModes()).work();
 }
 
 Tally tryAllocationFailures(const Scenario& scenario, Share share) {
   const NoOutput silence;
-  return Loop(scenario, share).allocationFailures();
+  return Loop(scenario, share, {allocationFailureMode()}).work();
 }
 
 }  // namespace FaultTest

@@ -1,27 +1,19 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "tests/faults/Life.h"
 #include "tests/faults/Scenarios.h"
 
 namespace FaultTest {
-
-// What a scenario ends with: the views after one refresh more, and two.
-struct Ending {
-  View first;
-  View second;
-};
 
 // What was tried of a scenario.
 struct Tally {
   std::uint64_t operations = 0;
   unsigned stride = 1;  // how many faults one that was tried stands for
   std::uint64_t faults = 0;
-  std::vector<std::string> complaints;  // no more than a few
+  std::vector<std::string> complaints;  // no more than a few: then the rest is not tried any more
 };
 
 // The faults of a scenario can be dealt out to several programs that run side by side.
@@ -30,10 +22,11 @@ struct Share {
   unsigned of = 1;
 };
 
-// Plays the scenario as it is, and then once for every fault: each operation that can fail fails
-// once, fails with all that follow, and, where it can, succeeds with a null handle. Where all of
-// them would take too long (the longest scenarios, and under sanitizers), only every so many;
-// FAULT_STRIDE in the environment says how many instead.
+// Plays the scenario as it is, and then for every fault from the last call into the library before
+// it on, in a process that branches off there (Branch.h): each operation that can fail fails once,
+// fails with all that follow, and, where it can, succeeds with a null handle. A branch that crashes
+// or goes on for ever is complained of like any other. Where all faults would take too long (under
+// sanitizers), only every so many; FAULT_STRIDE in the environment says how many instead.
 Tally tryRegistryFaults(const Scenario& scenario, Share share = {});
 
 // The same for every allocation, which fails once.

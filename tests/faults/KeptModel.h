@@ -16,10 +16,10 @@ struct Kept {
   KeptReferences unsure;
 };
 
-// The references that a life which ended is expected to leave behind, worked out from what happened
-// at the seam: what was looked up, which operation did it (as its next steps and its log lines
-// tell), and what came of it. Knows nothing of what was released. docs/architecture.md, "Kept on
-// purpose", is the rule.
+// The references that a life is expected to leave behind, worked out from what happened at the seam
+// in one call into the library, or in several: what was looked up, which operation did it (as its
+// next steps and its log lines tell), and what came of it. Knows nothing of what was released.
+// docs/architecture.md, "Kept on purpose", is the rule.
 Kept keptReferences(const std::vector<TraceEvent>& events);
 
 }  // namespace FaultTest

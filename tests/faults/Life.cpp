@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <unordered_set>
@@ -75,6 +76,15 @@ bool operator==(const VolumeView& a, const VolumeView& b) {
   return a.name == b.name && a.level == b.level && a.state == b.state && a.members == b.members;
 }
 
+bool operator==(const HostView& a, const HostView& b) {
+  return a.status == b.status && a.identity == b.identity && a.bridge == b.bridge &&
+         a.volumes == b.volumes;
+}
+
+bool operator==(const View& a, const View& b) {
+  return a.hosts == b.hosts && a.present == b.present && a.announced == b.announced;
+}
+
 AddingClient* AddingClient::_keeping = nullptr;
 
 AddingClient::AddingClient(bool isKeeping) {
@@ -142,6 +152,8 @@ Life::~Life() {
 }
 
 bool Life::call(const std::function<void()>& action) {
+  if (_beforeCall) _beforeCall();
+  forgetTrace();
   SeamTrace::mark();
   try {
     action();
@@ -152,6 +164,22 @@ bool Life::call(const std::function<void()>& action) {
     ++_exceptions;
     return false;
   }
+}
+
+// What is kept in a call shows in that call.
+void Life::forgetTrace() {
+  const PlentyOfMemory plenty;
+  const Kept kept = keptReferences(_trace.events());
+  for (const auto& [id, references] : kept.references)
+    _kept.references[id] += references;
+  for (const auto& [id, references] : kept.unsure)
+    _kept.unsure[id] += references;
+  SeamTrace::forget();
+}
+
+const Kept& Life::kept() {
+  forgetTrace();
+  return _kept;
 }
 
 void Life::change(const std::function<void()>& action) {
@@ -173,8 +201,13 @@ void Life::leave(std::uint64_t uid) {
 
 // A loop that was left by an exception is entered again: what was due stays due.
 void Life::passUntil(Pelago::Milliseconds moment) {
-  while (!call([&] { _application->runBefore(moment); })) {
-  }
+  constexpr Pelago::Milliseconds step = 2000;
+  Pelago::Milliseconds next = 0;
+  do {
+    next = std::min(moment, _application->now() + step);
+    while (!call([&] { _application->runBefore(next); })) {
+    }
+  } while (next < moment);
 }
 
 void Life::pass(Pelago::Milliseconds span) { passUntil(_application->now() + span); }
@@ -228,6 +261,13 @@ void Life::end() {
 }
 
 const std::set<std::string>& loggedTexts() { return texts(); }
+
+void noteLoggedText(const std::string& text) {
+  const PlentyOfMemory plenty;
+  texts().insert(text);
+}
+
+void forgetLoggedTexts() { texts().clear(); }
 
 NoOutput::NoOutput() : _saved(dup(STDOUT_FILENO)) {
   std::fflush(stdout);

@@ -15,6 +15,7 @@
 #include "platform/pelago/DiscoveryManager.h"
 #include "platform/pelago/VirtualClock.h"
 #include "platform/registry/memory/MemoryRegistry.h"
+#include "tests/faults/KeptModel.h"
 #include "tests/faults/SeamTrace.h"
 
 namespace FaultTest {
@@ -38,6 +39,8 @@ struct View {
   std::set<std::string> announced;
 };
 bool operator==(const VolumeView& a, const VolumeView& b);
+bool operator==(const HostView& a, const HostView& b);
+bool operator==(const View& a, const View& b);
 
 // A client that adds up what it is told. One that keeps every volume can end those that are left
 // behind on purpose.
@@ -92,11 +95,15 @@ class Life {
   void change(const std::function<void()>& action);
   void appear(std::uint64_t uid);
   void leave(std::uint64_t uid);
-  // Lets time pass up to the moment, or for so long.
+  // Lets time pass up to the moment, or for so long; a call for each refresh at most.
   void passUntil(Pelago::Milliseconds moment);
   void pass(Pelago::Milliseconds span);
   // Every slot query there is, of every host.
   void askForSlots();
+
+  // ---- For what leads it
+  // Is told before each call into the library.
+  void beforeCalls(std::function<void()> action) { _beforeCall = std::move(action); }
 
   // ---- For what follows
   View view() const;
@@ -105,13 +112,19 @@ class Life {
   AddingClient& client() { return _client; }
   // Shuts the monitor down and ends everything.
   void end();
+  // What happened at the seam in the last call.
   const std::vector<TraceEvent>& trace() const { return _trace.events(); }
+  // The references that it is expected to leave behind after all calls up to now (KeptModel.h).
+  const Kept& kept();
   std::size_t exceptions() const { return _exceptions; }
 
  private:
   bool call(const std::function<void()>& action);
+  void forgetTrace();
 
+  std::function<void()> _beforeCall;
   SeamTrace _trace;
+  Kept _kept;
   Pelago::VirtualClock _clock;
   std::unique_ptr<Pelago::Application> _application;
   Pelago::DiscoveryManager _manager;
@@ -120,8 +133,11 @@ class Life {
   std::size_t _exceptions = 0;
 };
 
-// Messages that were logged since the program began, without those parts that differ.
+// Messages that were logged since the program began or they were forgotten, without those parts
+// that differ; and one that was logged elsewhere.
 const std::set<std::string>& loggedTexts();
+void noteLoggedText(const std::string& text);
+void forgetLoggedTexts();
 
 // Sends what the library prints to nowhere.
 class NoOutput {

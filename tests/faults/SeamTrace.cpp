@@ -1,5 +1,6 @@
 #include "tests/faults/SeamTrace.h"
 
+#include <cstring>
 #include <unordered_set>
 
 #include "platform/registry/memory/MemoryRegistry.h"
@@ -59,32 +60,44 @@ const char* lasting(const std::string& text) {
 // Before the operation, which may throw; its place, to enter what came of it.
 std::size_t begin(Kind kind, unsigned argument = 0, const char* name = "") {
   if (current == nullptr) return 0;
-  const PlentyOfMemory plenty;
-  TraceEvent event;
+  if (current->size() == current->capacity()) {
+    const PlentyOfMemory plenty;
+    current->reserve(2 * current->size() + 4096);
+  }
+  TraceEvent& event = current->emplace_back();
   event.kind = kind;
   event.argument = argument;
   event.name = name;
-  current->push_back(event);
   return current->size() - 1;
 }
 
 void end(std::size_t place, unsigned result) {
-  if (current == nullptr) return;
-  TraceEvent& event = (*current)[place];
-  event.result = result;
-  event.id = MemoryRegistry::entryOf(result);
+  if (current != nullptr) (*current)[place].result = result;
+}
+
+void endWithEntry(std::size_t place, unsigned result) {
+  end(place, result);
+  if (current != nullptr && result != 0) (*current)[place].id = MemoryRegistry::entryOf(result);
 }
 
 }  // namespace
 
+bool isSameStep(const TraceEvent& a, const TraceEvent& b) {
+  const bool isHandle = a.kind != Kind::ConformsTo && a.kind != Kind::Number;
+  return a.kind == b.kind && a.options == b.options && a.id == b.id &&
+         (a.name == b.name || std::strcmp(a.name, b.name) == 0) &&
+         (isHandle ? (a.result == 0) == (b.result == 0) : a.result == b.result);
+}
+
 SeamTrace::SeamTrace() {
-  storage.clear();
+  forget();
   current = &storage;
 }
 SeamTrace::~SeamTrace() { current = nullptr; }
 
 const std::vector<TraceEvent>& SeamTrace::events() const { return storage; }
 
+void SeamTrace::forget() { storage.clear(); }
 void SeamTrace::mark(bool thrown) {
   const auto place = begin(Kind::Mark);
   if (current != nullptr) (*current)[place].options = thrown ? 1 : 0;
@@ -96,12 +109,13 @@ void SeamTrace::log(const std::string& text) { begin(Kind::Log, 0, lasting(text)
 using FaultTest::begin;
 using FaultTest::current;
 using FaultTest::end;
+using FaultTest::endWithEntry;
 using FaultTest::Kind;
 
 io_registry_entry_t wrapFromPath(mach_port_t port, const char* path) {
   const auto place = begin(Kind::EntryFromPath);
   const io_registry_entry_t entry = realFromPath(port, path);
-  end(place, entry);
+  endWithEntry(place, entry);
   return entry;
 }
 
@@ -117,7 +131,7 @@ kern_return_t wrapCreateIterator(io_registry_entry_t entry, const char* plane, I
 io_object_t wrapNext(io_iterator_t iterator) {
   const auto place = begin(Kind::Next, iterator);
   const io_object_t entry = realNext(iterator);
-  end(place, entry);
+  endWithEntry(place, entry);
   return entry;
 }
 
@@ -143,7 +157,7 @@ kern_return_t wrapGetChild(io_registry_entry_t entry, const char* plane,
                            io_registry_entry_t* child) {
   const auto place = begin(Kind::GetChild, entry);
   const kern_return_t result = realGetChild(entry, plane, child);
-  end(place, *child);
+  endWithEntry(place, *child);
   return result;
 }
 

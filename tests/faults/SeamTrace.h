@@ -31,6 +31,9 @@ struct TraceEvent {
   std::uint64_t id = 0;   // of the entry that `result` stands for
 };
 
+// Whether the same was asked and answered; handles are numbered anew in each life.
+bool isSameStep(const TraceEvent& a, const TraceEvent& b);
+
 // What the library does with the registry, written down while one of these lives. The program is
 // linked with the seam's operations wrapped (see CMakeLists.txt), so that neither the registry nor
 // the library knows of it.
@@ -42,6 +45,7 @@ class SeamTrace {
   SeamTrace(const SeamTrace&) = delete;
   SeamTrace& operator=(const SeamTrace&) = delete;
 
+  static void forget();
   static void mark(bool thrown = false);
   static void log(const std::string& text);
 

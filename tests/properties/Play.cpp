@@ -209,7 +209,7 @@ void Play::end() {
   FaultTest::KeptReferences held;
   for (const auto& entry : accounts.entries)
     held[entry.id] += entry.references;
-  if (held != FaultTest::keptReferences(_life.trace()).references) {
+  if (held != _life.kept().references) {
     _complaints.emplace_back("the registry's accounts do not balance");
   }
 }
