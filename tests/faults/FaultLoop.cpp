@@ -27,14 +27,13 @@ constexpr bool isSanitized = __has_feature(address_sanitizer);
 constexpr bool isSanitized = false;
 #endif
 
-// A branch costs as much as some thousand operations. At most some seconds' worth of them for each
-// scenario, so that all tests stay within the time that somebody waits for them.
-unsigned strideFor(std::uint64_t operations, std::uint64_t faults) {
+// At most some seconds' worth of lives for each scenario, so that all tests stay within the time
+// that somebody waits for them.
+unsigned affordableStride(std::uint64_t callsOfLife, std::uint64_t faults) {
   if (const char* stride = std::getenv("FAULT_STRIDE"))
     return std::max(1U, static_cast<unsigned>(std::strtoul(stride, nullptr, 10)));
-  if (!isSanitized) return 1;
-  constexpr std::uint64_t affordable = 800'000;
-  return static_cast<unsigned>(1 + operations * faults / affordable);
+  constexpr std::uint64_t affordable = isSanitized ? 5'000'000 : 500'000'000;
+  return static_cast<unsigned>(1 + callsOfLife * faults / affordable);
 }
 
 // Lives of fewer calls are tried from their beginning: to branch off costs as much.
@@ -99,8 +98,8 @@ Tally Loop::work() {
   playClean();
   _tally.operations = _points.back().front();
   const Counts& all = _points.back();
-  _tally.stride =
-      strideFor(_callsOfLife, std::accumulate(all.begin(), all.end(), std::uint64_t{0}));
+  const auto faults = std::accumulate(all.begin(), all.end(), std::uint64_t{0});
+  _tally.stride = _share.stride != 0 ? _share.stride : affordableStride(_callsOfLife, faults);
   if (_callsOfLife < LongLife) {
     tryFromBeginning();
   } else {

@@ -39,14 +39,14 @@ Scenario sabotage(std::uint64_t lookUps, const std::function<void()>& wrong) {
 
 // A short life is tried from its beginning; the last operation of a long one from the call before.
 std::vector<std::string> complaintsOfShortLife(const std::function<void()>& wrong) {
-  const Tally tally = tryRegistryFaults(sabotage(2, wrong));
+  const Tally tally = tryRegistryFaults(sabotage(2, wrong), {0, 1, 1});
   EXPECT_EQ(2U, tally.operations);
   EXPECT_EQ(4U, tally.faults);  // also those behind a crash
   return tally.complaints;
 }
 std::vector<std::string> complaintsOfLongLife(const std::function<void()>& wrong) {
   constexpr unsigned lookUps = 100'000;
-  const Tally tally = tryRegistryFaults(sabotage(lookUps, wrong), {lookUps - 1, lookUps});
+  const Tally tally = tryRegistryFaults(sabotage(lookUps, wrong), {lookUps - 1, lookUps, 1});
   EXPECT_EQ(lookUps, tally.operations);
   return tally.complaints;
 }

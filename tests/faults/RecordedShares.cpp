@@ -8,7 +8,7 @@ namespace FaultTest {
 
 std::vector<RecordedShare> recordedShares() {
   const std::map<std::string, unsigned> longOnes{
-      {"demo", 4}, {"five-bay-bridges", 6}, {"five-bay-five-disks", 2}};
+      {"demo", 8}, {"five-bay-bridges", 12}, {"five-bay-five-disks", 4}, {"cross-device-marks", 2}};
   std::vector<RecordedShare> shares;
   for (const std::string& name : recordingNames()) {
     const auto found = longOnes.find(name);
