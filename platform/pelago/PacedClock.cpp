@@ -9,7 +9,6 @@ PacedClock::~PacedClock() = default;
 // Both clocks started at 0 together, so a moment is the same on both, and a replay that fell behind
 // catches up instead of falling behind for good.
 bool PacedClock::waitUntil(Milliseconds moment) {
-  if (moment <= now()) return true;
   return _real.waitUntil(moment) && VirtualClock::waitUntil(moment);
 }
 

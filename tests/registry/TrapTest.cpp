@@ -152,6 +152,8 @@ TEST_F(TrapDeathTest, AValueOfAnotherTypeOrOutOfRange) {
          CFRetain(noDictionary);
          IOServiceGetMatchingServices(kIOMasterPortDefault, noDictionary, &found);
        }},
+      {"CFDataGetBytePtr", "a value of another type than required",
+       [&] { CFDataGetBytePtr(static_cast<CFDataRef>(untyped)); }},
       {"CFBooleanGetValue", "a value of another type than required",
        [&] { CFBooleanGetValue(static_cast<CFBooleanRef>(untyped)); }},
       {"CFDataGetLength", "a value of another type than required",

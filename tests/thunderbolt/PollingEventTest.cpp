@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/registry/RegistryReferences.h"
 #include "tests/thunderbolt/DeviceTest.h"
 
 namespace RAIDMonitoring {
@@ -34,13 +35,22 @@ TEST_F(PollingEvents, GiveTheEntryBackWhenTheyEndUndelivered) {
   EXPECT_EQ(0U, kept(host.ownSwitch()));
 }
 
+TEST_F(PollingEvents, GiveNoReferenceBackButTheirOwn) {
+  const auto held = RegistryHandle::adopt(MemoryRegistry::handle(host.ownSwitch()));
+  { const PollingEvent event(3, MemoryRegistry::handle(host.ownSwitch())); }
+  EXPECT_EQ(1U, kept(host.ownSwitch()));
+}
+
 TEST_F(PollingEvents, HandTheEntryOverOnce) {
+  std::uint64_t released = 0;
   {
     PollingEvent event(3, MemoryRegistry::handle(host.ownSwitch()));
     const unsigned taken = event.takeEntry();
     EXPECT_EQ(host.ownSwitch(), MemoryRegistry::entryOf(taken));
     EXPECT_EQ(0U, event.takeEntry());
+    released = MemoryRegistry::calls(MemoryRegistry::Operation::IOObjectRelease);
   }
+  EXPECT_EQ(released, MemoryRegistry::calls(MemoryRegistry::Operation::IOObjectRelease));
   EXPECT_EQ(1U, kept(host.ownSwitch()));
   expectKept(host.ownSwitch(), 1);
 }

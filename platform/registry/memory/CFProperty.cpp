@@ -12,12 +12,12 @@ namespace {
 
 Owned<const void> untyped(const void* value) { return Owned<const void>(value); }
 
+// The dictionary has room for the pair already.
 void append(__CFDictionary& dictionary, const std::string& key, const PropertyValue& value) {
   auto name = makePropertyString(key);
   auto copy = makeProperty(value);
-  dictionary.pairs.push_back({hashOf(name.get()), name.get(), copy.get()});
-  static_cast<void>(name.release());  // both the dictionary's now
-  static_cast<void>(copy.release());
+  const std::size_t hash = hashOf(name.get());
+  dictionary.pairs.push_back({hash, name.release(), copy.release()});
 }
 
 void sortPairs(__CFDictionary& dictionary) {

@@ -40,11 +40,12 @@ bool putHalf(Conversion& conversion, UInt8 lossByte) {
   return lossByte != 0 && conversion.put(&loss, 1);
 }
 
+// The range is within the string.
 CFIndex convert(const std::string& text, CFRange range, UInt8 lossByte, Conversion& conversion) {
   const CFIndex end = range.location + range.length;
   CFIndex unit = 0;
   CFIndex converted = 0;
-  for (std::size_t place = 0; place < text.size() && unit < end;) {
+  for (std::size_t place = 0; unit < end;) {
     const std::size_t size = characterSize(text[place]);
     const CFIndex after = unit + codeUnitsOf(size);
     if (after > range.location) {

@@ -62,9 +62,8 @@ void requirePlaces(const std::vector<std::size_t>& places, std::size_t count) {
 // Takes away, again and again, an entry whose parents are all taken; on a cycle some remain.
 void requireNoCycle(const Entries& entries) {
   std::vector<std::size_t> holders(entries.size());
-  for (std::size_t place = 0; place < entries.size(); ++place) {
-    holders[place] = entries[place].parents.size();
-  }
+  std::transform(entries.begin(), entries.end(), holders.begin(),
+                 [](const auto& entry) { return entry.parents.size(); });
   std::vector<std::size_t> taken = {0};
   taken.reserve(entries.size());
   for (std::size_t next = 0; next < taken.size(); ++next) {

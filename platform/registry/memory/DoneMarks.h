@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -7,8 +8,10 @@
 namespace MemoryRegistry {
 
 // Which entries a walk has met: for each slot of the handle table the epoch in which it was marked
-// last. A new walk takes a new epoch, so nothing is ever cleared for it.
-class DoneMarks {
+// last. A new walk takes a new epoch, so nothing is cleared for it until the epochs have been used
+// up.
+template <class Epoch>
+class EpochMarks {
  public:
   // No mark is set from here on.
   void begin(std::size_t slots) {
@@ -33,10 +36,15 @@ class DoneMarks {
   }
 
  private:
-  void startOver();
+  [[gnu::cold]] void startOver() {
+    std::fill(_epochs.begin(), _epochs.end(), Epoch{0});
+    _epoch = 1;
+  }
 
-  std::vector<std::uint32_t> _epochs;
-  std::uint32_t _epoch = 0;
+  std::vector<Epoch> _epochs;
+  Epoch _epoch = 0;
 };
+
+using DoneMarks = EpochMarks<std::uint32_t>;
 
 }  // namespace MemoryRegistry
