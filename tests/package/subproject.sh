@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A project has the library within its own build and is left as it was: by add_subdirectory with shared
-# libraries, and fetched with static ones, which it installs along with itself.
+# A project has the library within its own build and is left as it was: by add_subdirectory, and fetched,
+# when it installs the library along with itself.
 . "$(dirname "$0")/common.sh"
 
 # build HOW [OPTIONS...]: the outer project in a folder of that name.
@@ -27,21 +27,16 @@ quietly "$CMAKE" --install . --prefix "$PWD/installed"
 [ "$(cd installed && find . -type f)" = ./bin/watch_volumes ] ||
   fail "with the outer project is installed: $(find installed -type f)"
 
-build fetched -DBUILD_SHARED_LIBS=OFF -DRAIDMONITORING_INSTALL=ON
-[ -z "$(find . -name 'lib*.so*')" ] || fail "a shared library was built"
-if ldd programs/watch_volumes | grep -qE 'Pelago|RAIDMonitoring'; then fail "the program is not static"; fi
-
-# Installed static libraries are found, and are enough.
+# What is compiled in the same way is not compiled again.
+export REUSE_HERE=$WORK/subproject-fetched/_deps/raidmonitoring-build
+export REUSE_THERE=$WORK/subproject-subdirectory/raidmonitoring
+export REUSE_COMMANDS=$WORK/subproject-subdirectory/compile_commands.json
+build fetched -DRAIDMONITORING_INSTALL=ON -DCMAKE_CXX_COMPILER_LAUNCHER="$SOURCES/tests/package/reuse_objects.py"
 prefix=$PWD/installed
 quietly "$CMAKE" --install . --prefix "$prefix"
+for wanted in watch_volumes libRAIDMonitoring.so RAIDMonitoringConfig.cmake RAIDMonitor.h; do
+  [ -n "$(find "$prefix" -name "$wanted")" ] || fail "not installed: $wanted"
+done
 quietly "$CMAKE" -S "$SOURCES/examples" -B found -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$CXX"
 quietly "$CMAKE" --build found
 expect_example found/watch_volumes
-PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name RAIDMonitoring.pc)")
-export PKG_CONFIG_PATH
-# Words on purpose: these are lists of options.
-# shellcheck disable=SC2046
-quietly "$CXX" -std=c++17 $(pkg-config --static --cflags RAIDMonitoring) -I"$SOURCES/examples" \
-  "$SOURCES/examples/WatchVolumes.cpp" "$SOURCES/examples/memory/Enclosure.cpp" \
-  -o by_pkg_config $(pkg-config --static --libs RAIDMonitoring)
-expect_example ./by_pkg_config
