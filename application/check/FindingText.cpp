@@ -80,8 +80,10 @@ std::string headlineOf(const VolumeSnapshot& volume, const DeviceSnapshot& devic
 std::string detailsOf(const VolumeSnapshot& volume, const DeviceSnapshot& device) {
   std::string text = shortName(volume) + ": " + conditionOf(volume);
   for (const MemberSnapshot* member : membersByBay(volume)) {
-    const std::string bay = isPlaced(*member) ? std::to_string(*member->slot) : "?";
-    text += fmt::format(", bay {} {}", bay, wordOf(member->state));
+    const std::string disk = isPlaced(*member)
+                                 ? fmt::format("bay {}", *member->slot)
+                                 : fmt::format("disk {} (bay not known)", shortened(member->uuid));
+    text += ", " + disk + " " + wordOf(member->state);
   }
   return text + fmt::format("; {}; {}", enclosureTitle(device), volume.uuid);
 }

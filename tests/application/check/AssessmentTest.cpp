@@ -121,8 +121,8 @@ TEST(Assessment, ABayThatIsNotKnownIsNotMadeUp) {
       "0x0000000000000007)",
       finding.headline);
   EXPECT_EQ(
-      "Projects: mirror offline, bay 1 online, bay ? missing; Example Storage Two Bay, 2 "
-      "bays, 0x0000000000000007; 5E70000-0000-Projects",
+      "Projects: mirror offline, bay 1 online, disk M (bay not known) missing; Example Storage "
+      "Two Bay, 2 bays, 0x0000000000000007; 5E70000-0000-Projects",
       finding.details);
 }
 
