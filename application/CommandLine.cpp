@@ -20,8 +20,8 @@ constexpr const char* Description =
     "how they are, and in which bay each of their disks sits.\n";
 
 constexpr const char* ProgramDetails =
-    "It looks at this Mac, or at what --registry names: something recorded. Elsewhere\n"
-    "it shows a built-in demonstration. Begin with 'raidmonitor slots', which shows\n"
+    "On a Mac it looks at that Mac; elsewhere, at a built-in demonstration; with\n"
+    "--registry, at something recorded. Begin with 'raidmonitor slots', which shows\n"
     "the disks by their bays, and 'raidmonitor watch'; 'raidmonitor COMMAND --help'\n"
     "tells more.\n"
     "Exit status: 0 done; 1 a registry cannot be read or the output cannot be\n"
