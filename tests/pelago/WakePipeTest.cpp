@@ -7,8 +7,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <exception>
 #include <set>
-#include <string>
 #include <system_error>
 
 namespace PelagoTest {
@@ -109,17 +109,20 @@ TEST(WakePipe, WithoutADescriptorLeftTheConstructorThrows) {
   ASSERT_EQ(0, ::getrlimit(RLIMIT_NOFILE, &kept));
   const rlimit none{0, kept.rlim_max};
   ASSERT_EQ(0, ::setrlimit(RLIMIT_NOFILE, &none));
-  int reason = 0;
-  std::string text;
+  std::exception_ptr thrown;
   try {
     const WakePipe pipe;
-  } catch (const std::system_error& failure) {
-    reason = failure.code().value();
-    text = failure.what();
+  } catch (...) {
+    thrown = std::current_exception();
   }
   ::setrlimit(RLIMIT_NOFILE, &kept);
-  EXPECT_EQ(EMFILE, reason);
-  EXPECT_EQ("WakePipe - No pipe: Too many open files", text);
+  ASSERT_TRUE(thrown);
+  try {
+    std::rethrow_exception(thrown);
+  } catch (const std::system_error& failure) {
+    EXPECT_EQ(EMFILE, failure.code().value());
+    EXPECT_STREQ("WakePipe - No pipe: Too many open files", failure.what());
+  }
 }
 
 }  // namespace
