@@ -139,7 +139,7 @@ void countOperations(std::size_t sets, std::size_t perEnclosure) {
   const auto perSet = [&](std::size_t kind) {
     return static_cast<double>(after[kind] - before[kind]) / static_cast<double>(sets);
   };
-  std::printf("a set: walks %.0f next %.0f conforms %.0f release %.0f property %.0f all %.0f\n",
+  std::printf("a set: walks %.1f next %.0f conforms %.0f release %.0f property %.0f all %.0f\n",
               perSet(0), perSet(1), perSet(2), perSet(3), perSet(4), perSet(5));
 }
 
