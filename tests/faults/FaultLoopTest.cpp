@@ -88,7 +88,7 @@ TEST(FaultLoopJudges, NoticeMemoryThatIsKept) {
 }
 
 TEST(FaultLoopJudges, NoticeAHandleThatIsKept) {
-  const Tally tally = tryRegistryFaults(sabotage(2, [] { lookUpRoot(); }));
+  const Tally tally = tryRegistryFaults(sabotage(2, [] { lookUpRoot(); }), {0, 1, 1});
   // Where all that follows fails too, nothing is looked up.
   EXPECT_THAT(tally.complaints,
               ElementsAre(AllOf(HasSubstr("sabotage, operation, once 2: kept on entry "),
@@ -103,7 +103,7 @@ TEST(FaultLoopJudges, NoticeAnAllocationFailureThatNobodyIsToldOf) {
                           } catch (const std::bad_alloc&) {
                           }
                         }};
-  const Tally tally = tryAllocationFailures(silent);
+  const Tally tally = tryAllocationFailures(silent, {0, 1, 1});
   ASSERT_FALSE(tally.complaints.empty());
   EXPECT_EQ("sabotage, allocation " + std::to_string(tally.operations) + ": 0 exceptions",
             tally.complaints.back());
