@@ -27,9 +27,9 @@ TEST(Corpus, IsRefusedFileByFile) {
       {"table-beyond-the-end.plist", "its table of objects is not within the file"},
       {"text-cut-off-by-a-terminal.txt", "line 3: a value that is cut off"},
       {"text-with-a-key-over-two-lines.txt", "line 4: neither a property nor the end"},
-      {"text-with-two-roots.txt", "line 5: an entry that is no root"},
+      {"text-with-two-roots.txt", "line 5: a second root"},
       {"text-without-properties.txt", "has no properties"},
-      {"utf-16.plist", "is not a property list"},
+      {"utf-16.plist", "is a text in UTF-16"},
   };
   std::size_t files = 0;
   for ([[maybe_unused]] const auto& file : std::filesystem::directory_iterator(CORPUS))

@@ -41,7 +41,8 @@ refuse TheirsConfig.cmake "$headers" "${package[@]}"
 
 # As a file: the build links it.
 quietly configure as-file -G Ninja "$headers" -DRAIDMONITORING_PELAGO_TARGET="$PWD/theirs/lib/libTheirs.so"
-ninja -C as-file -t commands RAIDMonitoring | grep -q 'libRAIDMonitoring\.so.*theirs/lib/libTheirs\.so' ||
+ninja -C as-file -t commands RAIDMonitoring >as-file.txt
+grep -q 'libRAIDMonitoring\.so.*theirs/lib/libTheirs\.so' as-file.txt ||
   fail "the library is not linked with the file"
 
 # As a target of their package, and all the way.
