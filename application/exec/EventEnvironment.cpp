@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include "application/Words.h"
 #include "application/json/JsonEvent.h"
@@ -15,7 +16,7 @@ extern char** environ;
 namespace Program {
 namespace {
 
-const std::string Prefix = "RAIDMONITOR_";
+constexpr std::string_view Prefix = "RAIDMONITOR_";
 // The system refuses to start a program whose environment is too long.
 constexpr int LongestText = 1000;
 constexpr std::size_t MostMembers = 100;
@@ -33,7 +34,7 @@ Variables inherited() {
 }
 
 void set(Variables& variables, const char* name, const std::string& value) {
-  variables.push_back(Prefix + name + "=" + value);
+  variables.push_back(std::string(Prefix) + name + "=" + value);
 }
 
 std::string safe(const std::string& text) {

@@ -1,8 +1,7 @@
 #include "application/exec/ProgramQueue.h"
 
-#include <signal.h>
-
 #include <chrono>
+#include <csignal>
 #include <utility>
 
 namespace Program {
