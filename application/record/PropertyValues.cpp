@@ -67,7 +67,7 @@ json valueOf(CFTypeRef value) {
   }
   if (type == CFNumberGetTypeID()) return numberOf(static_cast<CFNumberRef>(value));
   if (type == CFBooleanGetTypeID()) {
-    return json(CFBooleanGetValue(static_cast<CFBooleanRef>(value)) != 0);
+    return CFBooleanGetValue(static_cast<CFBooleanRef>(value)) != 0;
   }
   if (type == CFDataGetTypeID()) return dataOf(static_cast<CFDataRef>(value));
   if (type == CFArrayGetTypeID()) return arrayOf(static_cast<CFArrayRef>(value));
