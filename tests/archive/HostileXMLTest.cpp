@@ -136,7 +136,8 @@ TEST(HostileXML, NothingIsReadBeyondAnArchiveThatEndsAnywhere) {
       return std::string(error.what());
     }
   };
-  const std::string whole = archive("<key>k</key><string>&lt;</string>");
+  const std::string whole = archive(
+      "<key>k</key><string>&lt;</string><key>n</key><integer>1234567890123456789</integer>");
   for (std::size_t size = 1; size < whole.find("</plist>"); ++size)
     EXPECT_NE("", reasonOf(whole.substr(0, size))) << size;
   EXPECT_THAT(reasonOf("\t\t\t\t\t\t\t\t"), HasSubstr("is not a property list"));

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "platform/registry/memory/archive/ArchiveLimits.h"
+#include "platform/registry/memory/archive/BinaryPropertyListCheck.h"
+#include "platform/registry/memory/archive/Refusal.h"
+#include "platform/registry/memory/archive/XMLPropertyListCheck.h"
 #include "tests/archive/BinaryBuilder.h"
 #include "tests/archive/Support.h"
 
@@ -10,6 +12,7 @@ using namespace std::string_literals;
 namespace {
 
 constexpr std::size_t tenMegabytes = 10'000'000;
+constexpr std::size_t roomy = 100 * tenMegabytes;  // a limit on memory that is not met
 const char* const tooDeep = ": is nested deeper than 1000 levels";
 const char* const entriesTooDeep = ": entries are nested deeper than 1000 levels";
 const char* const propertyTooDeep = ": has a property nested deeper than 1000 levels";
@@ -101,6 +104,38 @@ TEST(Limits, WhatWouldTakeMoreThanTwentyTimesItsSizeIsRefused) {
   EXPECT_EQ("", reasonAgainst(filledArray("<integer>1</integer>")));
 }
 
+// By hand: a container takes 216 bytes, a key 160, a text or scalar 184, and each character of a
+// key or a text two more.
+TEST(Limits, WhatAnXMLListTakesIsCountedToTheByte) {
+  const std::string list =
+      "<plist><dict><key>ab</key><array><integer>12</integer><string>xyz</string><true/></array>"
+      "</dict></plist>";
+  const std::size_t takes = list.size() + 216 + 160 + 2 * 2 + 216 + 184 + 2 * 2 + 184 + 2 * 3 + 184;
+  EXPECT_NO_THROW(MemoryRegistry::checkXMLPropertyList(list.data(), list.size(), takes));
+  EXPECT_THROW(MemoryRegistry::checkXMLPropertyList(list.data(), list.size(), takes - 1),
+               MemoryRegistry::TooRepetitive);
+}
+
+// The same, but for three bytes for each two of UTF-16; and for a reference half a scalar more as
+// long as it isn't known what it names.
+TEST(Limits, WhatABinaryListTakesIsCountedToTheByte) {
+  BinaryBuilder once;
+  once.objects = {"\xA2\x01\x02", "\x63\0a\0b\0c"s, "\x52xy"};
+  BinaryBuilder thrice;
+  thrice.objects = {"\xA3\x01\x01\x01", "\x63\0a\0b\0c"s};
+  const std::size_t wide = 184 + 3 * 2 * 3;
+  const struct {
+    std::string list;
+    std::size_t takes;
+  } rows[] = {{once.build(), 216 + 2 * 76 + wide + 184 + 2 * 2}, {thrice.build(), 216 + 3 * wide}};
+  for (const auto& [list, takes] : rows) {
+    const std::size_t limit = list.size() + takes;
+    EXPECT_NO_THROW(MemoryRegistry::checkBinaryPropertyList(list.data(), list.size(), limit));
+    EXPECT_THROW(MemoryRegistry::checkBinaryPropertyList(list.data(), list.size(), limit - 1),
+                 MemoryRegistry::TooRepetitive);
+  }
+}
+
 TEST(Limits, ABinaryListThatGrowsWithoutEndIsRefused) {
   BinaryBuilder doubling;
   for (std::size_t i = 0; i < 60; ++i) {
@@ -155,6 +190,34 @@ TEST(Limits, ATextOfReferencesIsRefused) {
               HasSubstr("has a text with too many references"));
   EXPECT_EQ(
       "", reasonAgainst(archive("<key>k</key><string>" + repeated("&amp;", 10'000) + "</string>")));
+}
+
+// Where each reference moves the whole text; what that costs may be 4,000,000,000 and no more.
+TEST(Limits, TheReferencesOfATextAreCountedToTheByte) {
+  const auto text = [](std::size_t references, std::size_t letters) {
+    return "<plist><string>" + repeated("&amp;", references) + std::string(letters, 'x') +
+           "</string></plist>";
+  };
+  const std::string most = text(20'000, 100'000);  // which is 200,000 characters
+  const std::string more = text(20'000, 100'001);
+  EXPECT_NO_THROW(MemoryRegistry::checkXMLPropertyList(most.data(), most.size(), roomy));
+  EXPECT_THROW(MemoryRegistry::checkXMLPropertyList(more.data(), more.size(), roomy),
+               MemoryRegistry::Refusal);
+}
+
+// Where each key is compared with those before, at sixteen characters more than its own; what that
+// costs may be 4,000,000,000 and no more.
+TEST(Limits, TheKeysOfADictionaryAreCountedToTheByte) {
+  const auto keys = [](std::size_t count, std::size_t length, const std::string& another) {
+    const std::string key = "<key>" + std::string(length, 'x') + "</key><true/>";
+    return "<plist><dict>" + repeated(key, count - 1) + "<key>" + another + "</key><true/>" +
+           "</dict></plist>";
+  };
+  const std::string most = keys(10'000, 24, std::string(24, 'y'));
+  const std::string more = keys(10'000, 24, std::string(25, 'y'));
+  EXPECT_NO_THROW(MemoryRegistry::checkXMLPropertyList(most.data(), most.size(), roomy));
+  EXPECT_THROW(MemoryRegistry::checkXMLPropertyList(more.data(), more.size(), roomy),
+               MemoryRegistry::Refusal);
 }
 
 TEST(Limits, ADictionaryOfVeryManyKeysIsRefused) {
