@@ -118,6 +118,28 @@ TEST_F(ClassTest, AClassNameGoesByItsTextEvenWhereTheAddressIsTheSame) {
   EXPECT_TRUE(conforms(entry, name));
 }
 
+TEST_F(ClassTest, SoDoesOneOfAnyLengthThatDiffersInOneCharacter) {
+  const std::string longest = "AClassWhoseNameIsLongerThanMost";
+  for (std::size_t length = 1; length <= longest.size(); ++length) {
+    std::string name = longest.substr(0, length);
+    const EntryID entry = addWith(name, std::nullopt);
+    for (char& letter : name) {
+      EXPECT_TRUE(conforms(entry, name.c_str())) << name;
+      const char before = std::exchange(letter, '-');
+      EXPECT_FALSE(conforms(entry, name.c_str())) << name;
+      letter = before;
+    }
+  }
+}
+
+TEST_F(ClassTest, AShortNameIsReadNoFurtherThanItsEnd) {
+  const EntryID entry = addWith("Disk", std::nullopt);
+  for (const std::string& name : {std::string("Disk"), std::string("Dis"), std::string()}) {
+    const std::vector<char> exact(name.c_str(), name.c_str() + name.size() + 1);
+    EXPECT_EQ(name == "Disk", conforms(entry, exact.data())) << name;
+  }
+}
+
 TEST_F(ClassTest, ManyClassesAreToldApart) {
   EntryIDs entries;
   for (int number = 0; number < 300; ++number) {

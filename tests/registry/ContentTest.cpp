@@ -161,6 +161,13 @@ TEST_F(ContentTest, TheVeryLastIDAloneDoesNotMakeThemBeginAnew) {
   EXPECT_EQ(later + 1, add(10, "Another"));
 }
 
+TEST_F(ContentTest, TheIDOfAnEntryThatIsGoneIsNotGivenAgain) {
+  const EntryID highest = root + 1000;
+  replaceContent(contentOf({{10, {}}, {highest, {0}}}));
+  MemoryRegistry::terminate(highest);
+  EXPECT_EQ(highest + 1, add(10, "Later"));
+}
+
 TEST_F(ContentTest, WhatIsNoContentThrowsAndChangesNothing) {
   const auto broken = [this](auto change) {
     RegistryContent content = first;

@@ -124,6 +124,12 @@ TEST_F(HandleTest, AReleasedIteratorGivesNothing) {
   EXPECT_EQ(0U, MemoryRegistry::accounts().iterators);
 }
 
+TEST_F(HandleTest, WhatIsKeptIsTheSameWhenBothEntryAndReferencesAre) {
+  EXPECT_TRUE((KeptEntry{1, 2}) == (KeptEntry{1, 2}));
+  EXPECT_FALSE((KeptEntry{1, 2}) == (KeptEntry{1, 3}));
+  EXPECT_FALSE((KeptEntry{1, 2}) == (KeptEntry{2, 2}));
+}
+
 TEST_F(HandleTest, TheAccountsListWhatIsKeptInOrderOfID) {
   const auto second = handleOf(disk);
   const auto first = handleOf(top);

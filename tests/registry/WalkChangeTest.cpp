@@ -157,6 +157,16 @@ TEST_F(WalkChangeTest, ANewEntryInTheSlotOfOneMetBeforeIsEnteredByTheSameWalk) {
   EXPECT_EQ((EntryIDs{b1, b2, b21, c}), rest(iterator));
 }
 
+TEST_F(WalkChangeTest, HoweverManyEntriesComeToBeUnderAWalkEachIsMetOnce) {
+  const auto iterator = walkTo(b);
+  EntryIDs expected{b1};
+  for (int i = 0; i < 2000; ++i)
+    expected.push_back(add(b, "More"));
+  expected.push_back(c);
+  EXPECT_EQ(expected, rest(iterator));
+  EXPECT_TRUE(isValid(iterator));
+}
+
 TEST_F(WalkChangeTest, AFlatWalkEndsWithTheFirstChangeOfItsLinks) {
   const auto iterator = walkFrom(top, 0);
   EXPECT_EQ(a, next(iterator));

@@ -19,17 +19,15 @@ std::string_view findLine(std::string_view text, std::string_view className) {
   std::size_t low = 0;
   std::size_t high = text.size();
   while (low < high) {
-    const std::size_t newline = text.rfind('\n', low + (high - low) / 2);
-    // A newline at or before `low` belongs to the line before.
-    const std::size_t start =
-        newline == std::string_view::npos || newline < low ? low : newline + 1;
-    const std::string_view line = lineAt(text, start < high ? start : low);
+    // The beginning of the line in the middle; npos + 1 is 0, where the first one begins.
+    const std::size_t start = text.substr(0, low + (high - low) / 2).rfind('\n') + 1;
+    const std::string_view line = lineAt(text, start);
     const int order = classOf(line).compare(className);
     if (order == 0) return line;
     if (order < 0) {
-      low = static_cast<std::size_t>(line.data() - text.data()) + line.size() + 1;
+      low = start + line.size() + 1;
     } else {
-      high = static_cast<std::size_t>(line.data() - text.data());
+      high = start;
     }
   }
   return {};

@@ -34,9 +34,10 @@ struct Form {
 // Size 0: no character begins with this byte.
 Form formOf(std::uint32_t first) {
   if (first < 0x80) return {1, 0};
-  if (first >= 0xC2 && first < 0xE0) return {2, 0x80};
-  if (first >= 0xE0 && first < 0xF0) return {3, 0x800};
-  if (first >= 0xF0 && first < 0xF5) return {4, 0x10000};
+  if (first < 0xC0) return {0, 0};
+  if (first < 0xE0) return {2, 0x80};
+  if (first < 0xF0) return {3, 0x800};
+  if (first < 0xF8) return {4, 0x10000};
   return {0, 0};
 }
 
