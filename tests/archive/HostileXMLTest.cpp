@@ -90,6 +90,7 @@ TEST(HostileXML, IsRefusedWithOneLineThatSaysWhy) {
       {value("<integer>-9223372036854775809</integer>"), "an integer that cannot be read"},
       {value("<integer>0xFFFFFFFFFFFFFFFFF</integer>"), "an integer that cannot be read"},
       {value("<integer>0x</integer>"), "an integer that cannot be read"},
+      {value("<integer>1</jnteger>"), "a tag that property lists don't have"},
       {value("<real>abc</real>"), "a real number that cannot be read"},
       {value("<real>1 2</real>"), "a real number that cannot be read"},
       {value("<real/>"), "a real number that cannot be read"},

@@ -1,5 +1,7 @@
 #include "platform/registry/memory/archive/PropertyReader.h"
 
+#include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -55,18 +57,19 @@ class DictionaryReader {
     readValue(node, depth, [&](auto&& value) {
       _dictionary.emplace_back(std::forward<Text>(key), std::forward<decltype(value)>(value));
     });
-    const std::size_t size = _dictionary.size();
-    _sorted = _sorted && (size < 2 || _dictionary[size - 2].first < _dictionary[size - 1].first);
   }
 
   Dictionary take() {
-    if (!_sorted) keepLastOfEachKey(_dictionary);
+    // Most are printed in order, each key once.
+    const auto ascend = [](const auto& one, const auto& next) { return one.first < next.first; };
+    const auto end = _dictionary.end();
+    if (std::adjacent_find(_dictionary.begin(), end, std::not_fn(ascend)) != end)
+      keepLastOfEachKey(_dictionary);
     return std::move(_dictionary);
   }
 
  private:
   Dictionary _dictionary;
-  bool _sorted = true;
 };
 
 Dictionary readDictionary(plist_t node, std::size_t depth) {

@@ -7,8 +7,8 @@
 namespace MemoryRegistry {
 
 struct RecordedArchive {
-  std::int64_t time = 0;  // milliseconds
-  std::string file;       // with the folder
+  std::int64_t time;  // milliseconds
+  std::string file;   // with the folder
 };
 
 // The archives of a recording's folder, ascending by time. Throws ArchiveError when the folder
