@@ -32,7 +32,7 @@ constexpr bool isSanitized = false;
 unsigned affordableStride(std::uint64_t callsOfLife, std::uint64_t faults) {
   if (const char* stride = std::getenv("FAULT_STRIDE"))
     return std::max(1U, static_cast<unsigned>(std::strtoul(stride, nullptr, 10)));
-  constexpr std::uint64_t affordable = isSanitized ? 1'000'000 : 120'000'000;
+  constexpr std::uint64_t affordable = isSanitized ? 2'000'000 : 120'000'000;
   return static_cast<unsigned>(1 + callsOfLife * faults / affordable);
 }
 
